@@ -1,0 +1,7 @@
+// The library's chief header: include this one.
+#pragma once
+
+#include "MirlExport.h"
+#include "MirlException.h"
+#include "MirlSkin.h"
+#include "MirlEntry.h"
