@@ -586,15 +586,16 @@ struct CWndClassInfoW
                 pWndProc = wc.lpfnWndProc;
                 m_wc.lpszClassName = lpszName;
                 m_wc.lpfnWndProc = pfnStart;
-                // One class name may be shared by superclasses of different system classes, and
-                // the first registration fixes the window data size for all of them.
-                if (m_wc.cbWndExtra < kSuperclassWndExtra)
-                    m_wc.cbWndExtra = kSuperclassWndExtra;
             }
             else
             {
                 m_wc.hCursor = ::LoadCursorW(m_bSystemCursor ? NULL : hInst, m_lpszCursorID);
             }
+            // One class name may be shared by plain classes and superclasses of different system
+            // classes, and the first registration fixes the window data size for all of them:
+            // leave room for what any system procedure keeps there.
+            if (m_wc.cbWndExtra < kMinWndExtra)
+                m_wc.cbWndExtra = kMinWndExtra;
             m_wc.hInstance = hInst;
             m_wc.style &= ~static_cast<UINT>(CS_GLOBALCLASS);
             if (m_wc.lpfnWndProc == NULL)
@@ -623,7 +624,7 @@ struct CWndClassInfoW
             ::UnregisterClassW(MAKEINTATOM(m_atom), m_wc.hInstance);
     }
 
-    static constexpr int kSuperclassWndExtra = 64;
+    static constexpr int kMinWndExtra = 64;
 
 private:
     void MakeAutoName()

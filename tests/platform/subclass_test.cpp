@@ -587,4 +587,37 @@ TEST_F(SuperclassTest, SharedClassNameServesEveryBaseWhateverComesFirst)
     EXPECT_EQ(L"tEXt", TextOf(e));
 }
 
+// The same with a plain class registered first under the name.
+class PlainShared : public ATL::CWindowImpl<PlainShared, ATL::CWindow, ChildTraits> {
+public:
+    DECLARE_WND_CLASS(L"AtlTestSharedPlain")
+    BEGIN_MSG_MAP(PlainShared)
+    END_MSG_MAP()
+};
+
+class ButtonAfterPlain : public ATL::CWindowImpl<ButtonAfterPlain, WTL::CButton, ChildTraits> {
+public:
+    DECLARE_WND_CLASS(L"AtlTestSharedPlain")
+    BEGIN_MSG_MAP(ButtonAfterPlain)
+    END_MSG_MAP()
+};
+
+TEST_F(SuperclassTest, SuperclassMayShareTheNameOfAPlainClass)
+{
+    PlainShared plain;
+    WTL::CRect rcPlain(0, 0, 50, 20);
+    ASSERT_NE(nullptr, plain.Create(parent, rcPlain));
+    EXPECT_EQ(reinterpret_cast<WNDPROC>(::DefWindowProcW), plain.m_pfnSuperWindowProc);
+    ButtonAfterPlain b;
+    WTL::CRect rcButton(0, 30, 100, 50);
+    ASSERT_NE(nullptr, b.Create(parent, rcButton, L"box", WS_CHILD | WS_VISIBLE | BS_AUTOCHECKBOX));
+    EXPECT_EQ(ClassOf(plain), ClassOf(b));
+    EXPECT_EQ(SystemProcOf(L"BUTTON"), b.m_pfnSuperWindowProc);
+    b.Click();
+    EXPECT_EQ(BST_CHECKED, b.GetCheck());
+    b.Click();
+    EXPECT_EQ(BST_UNCHECKED, b.GetCheck());
+    EXPECT_EQ(L"box", TextOf(b));
+}
+
 } // namespace
