@@ -5,3 +5,5 @@
 #include "MirlException.h"
 #include "MirlSkin.h"
 #include "MirlEntry.h"
+#include "MirlStyles.h"
+#include "MirlWindow.h"

@@ -1,0 +1,419 @@
+#include "MirlWindow.h"
+
+#include "MirlLayout.h"
+#include "MirlStyleTables.h"
+
+#include <cwchar>
+
+// ---- MirlTransparentDC ----
+
+MirlWindowBase::MirlTransparentDC::MirlTransparentDC(HWND hWnd, int width, int height)
+    : m_hDC(NULL), m_hBitmap(NULL), m_hOldBitmap(NULL)
+{
+    HDC windowDC = ::GetDC(hWnd);
+    if (windowDC == NULL) {
+        return;
+    }
+    m_hDC = ::CreateCompatibleDC(windowDC);
+    // A window of no pixels gets a picture of no pixels: GDI would give a 1x1 bitmap instead.
+    if (width > 0 && height > 0) {
+        m_hBitmap = ::CreateCompatibleBitmap(windowDC, width, height);
+    }
+    if (m_hDC != NULL && m_hBitmap != NULL) {
+        m_hOldBitmap = static_cast<HBITMAP>(::SelectObject(m_hDC, m_hBitmap));
+    }
+    ::ReleaseDC(hWnd, windowDC);
+}
+
+MirlWindowBase::MirlTransparentDC::~MirlTransparentDC()
+{
+    MIRL::ReleaseOffscreen(m_hDC, m_hBitmap, m_hOldBitmap);
+}
+
+// ---- MirlWindowBase ----
+
+MirlWindowBase::MirlWindowBase(HWND hWnd)
+    : ATL::CWindow(hWnd), m_MemoryDC(NULL), m_IsCopy(0), m_PackageParent(NULL), m_Parent(NULL), m_UiWindow(NULL),
+      m_CommandID(0), m_Pic(NULL), m_X(0), m_Y(0), m_Width(64), m_Height(64), m_MinWidth(-1), m_MaxWidth(6900),
+      m_MinHeight(-1), m_MaxHeight(6900), m_ClBkGround(0xFF000000UL), m_ClText(0xFFFFFFFFUL), m_LogFont(),
+      m_Style(WS_CHILD | WS_VISIBLE), m_ExStyle(0), m_Menu(0), m_Transparent(false), m_Align(0)
+{
+    m_LogFont.lfHeight = 12;
+    SetFaceName(L"MS Sans Serif");
+}
+
+MirlWindowBase::~MirlWindowBase()
+{
+    if (m_IsCopy == 0) {
+        for (MirlWindowBase *child : m_Children) {
+            delete child;
+        }
+    }
+    m_Children.clear();
+    delete m_MemoryDC;
+    m_MemoryDC = NULL;
+}
+
+void MirlWindowBase::SetFaceName(const wchar_t *family)
+{
+    // A family name longer than the face-name field is cut to fit rather than overrun it.
+    wcsncpy(m_LogFont.lfFaceName, family != NULL ? family : L"", LF_FACESIZE - 1);
+    m_LogFont.lfFaceName[LF_FACESIZE - 1] = L'\0';
+}
+
+int MirlWindowBase::GetMinHeight() { return m_MinHeight; }
+int MirlWindowBase::GetMinWidth() { return m_MinWidth; }
+int MirlWindowBase::GetMaxHeight() { return m_MaxHeight; }
+int MirlWindowBase::GetMaxWidth() { return m_MaxWidth; }
+
+const MirlWindowBase *MirlWindowBase::GetPackageParent() const
+{
+    return m_PackageParent;
+}
+
+unsigned long MirlWindowBase::String2Style(const wchar_t *text)
+{
+    return MIRL::StringToWindowStyle(text);
+}
+
+unsigned long MirlWindowBase::String2ExStyle(const wchar_t *text)
+{
+    return MIRL::StringToExStyle(text);
+}
+
+unsigned long MirlWindowBase::String2PositionStyle(const wchar_t *text)
+{
+    return MIRL::StringToPositionStyle(text);
+}
+
+void MirlWindowBase::InheritFrom(const MirlWindowBase *parent)
+{
+    m_LogFont = parent->m_LogFont;
+    m_ClBkGround = parent->m_ClBkGround;
+    m_ClText = parent->m_ClText;
+    m_Transparent = parent->m_Transparent;
+}
+
+void MirlWindowBase::LoadAttributesFromParent()
+{
+    if (m_PackageParent != NULL) {
+        InheritFrom(m_PackageParent);
+    }
+}
+
+MirlUiWindow *MirlWindowBase::AdoptParent(MirlWindowBase *parent)
+{
+    m_PackageParent = parent;
+    m_UiWindow = NULL;
+    if (parent == NULL) {
+        return NULL;
+    }
+    InheritFrom(parent);
+    return parent->m_UiWindow;
+}
+
+int MirlWindowBase::BindTemplate(MirlUiWindow *found)
+{
+    m_UiWindow = found;
+    return m_UiWindow != NULL ? Reload() : 0;
+}
+
+int MirlWindowBase::LoadAttributesFromUi(MirlWindowBase *parent, const wchar_t *name)
+{
+    // A child in the parent's template wins over a top-level template of the same name.
+    MirlUiWindow *parentTemplate = AdoptParent(parent);
+    MirlUiWindow *found = parentTemplate != NULL ? parentTemplate->GetChild(name) : NULL;
+    MirlUI *ui = MirlUI::Instance();
+    if (found == NULL && name != NULL && ui != NULL) {
+        found = static_cast<MirlUiWindow *>(ui->GetUiElement(name, UI_ELEMENT_WINDOW));
+    }
+    return BindTemplate(found);
+}
+
+int MirlWindowBase::LoadAttributesFromUi(MirlWindowBase *parent, unsigned long commandID)
+{
+    MirlUiWindow *parentTemplate = AdoptParent(parent);
+    MirlUiWindow *found = parentTemplate != NULL ? parentTemplate->GetChildByID(commandID) : NULL;
+    MirlUI *ui = MirlUI::Instance();
+    if (found == NULL && ui != NULL) {
+        found = ui->GetUiElement(commandID);
+    }
+    return BindTemplate(found);
+}
+
+namespace {
+
+enum CommonAttribute {
+    AttrClass, AttrCommandID, AttrText, AttrToolTip, AttrPic, AttrX, AttrY, AttrWidth, AttrHeight,
+    AttrMinWidth, AttrMaxWidth, AttrMinHeight, AttrMaxHeight, AttrClBkGround, AttrClText, AttrFont,
+    AttrStyle, AttrExStyle, AttrMenu, AttrTransparent, AttrAlign, AttrNone
+};
+
+const wchar_t *const kCommonAttributes[] = {
+    L"Class", L"CommandID", L"Text", L"ToolTip", L"Pic", L"X", L"Y", L"Width", L"Height",
+    L"MinWidth", L"MaxWidth", L"MinHeight", L"MaxHeight", L"ClBkGround", L"ClText", L"Font",
+    L"Style", L"ExStyle", L"Menu", L"Transparent", L"Align",
+};
+
+CommonAttribute FindCommonAttribute(const wchar_t *name)
+{
+    for (int i = 0; i < AttrNone; ++i) {
+        if (_wcsicmp(name, kCommonAttributes[i]) == 0) {
+            return static_cast<CommonAttribute>(i);
+        }
+    }
+    return AttrNone;
+}
+
+MirlUiElement *FindElement(const wchar_t *name, unsigned long type)
+{
+    MirlUI *ui = MirlUI::Instance();
+    return ui != NULL ? ui->GetUiElement(name, type) : NULL;
+}
+
+// A colour element in the GDI+ order: alpha, red, green, blue from the high byte down.
+bool ReadColor(const wchar_t *name, unsigned long &argb)
+{
+    MirlUiElementColor *color = static_cast<MirlUiElementColor *>(FindElement(name, UI_ELEMENT_COLOR));
+    if (color == NULL) {
+        return false;
+    }
+    argb = (static_cast<unsigned long>(color->A()) << 24) | (static_cast<unsigned long>(color->R()) << 16) |
+           (static_cast<unsigned long>(color->G()) << 8) | color->B();
+    return true;
+}
+
+} // namespace
+
+void MirlWindowBase::ApplyAttribute(const MirlUiWindow::Attribute *attribute)
+{
+    const wchar_t *value = attribute->GetValue();
+    switch (FindCommonAttribute(attribute->GetName())) {
+    case AttrClass: m_Class = value; break;
+    case AttrCommandID: m_CommandID = static_cast<unsigned long>(attribute->GetInteger()); break;
+    case AttrText:
+    case AttrToolTip: {
+        MirlUiElementText *text = static_cast<MirlUiElementText *>(FindElement(value, UI_ELEMENT_TEXT));
+        if (text != NULL) {
+            (FindCommonAttribute(attribute->GetName()) == AttrText ? m_Text : m_ToolTip) = text->GetText();
+        }
+        break;
+    }
+    case AttrPic: m_Pic = static_cast<MirlUiElementImage *>(FindElement(value, UI_ELEMENT_IMAGE)); break;
+    case AttrX: m_X = attribute->GetInteger(); break;
+    case AttrY: m_Y = attribute->GetInteger(); break;
+    case AttrWidth: m_Width = attribute->GetInteger(); break;
+    case AttrHeight: m_Height = attribute->GetInteger(); break;
+    case AttrMinWidth: m_MinWidth = attribute->GetInteger(); break;
+    case AttrMaxWidth: m_MaxWidth = attribute->GetInteger(); break;
+    case AttrMinHeight: m_MinHeight = attribute->GetInteger(); break;
+    case AttrMaxHeight: m_MaxHeight = attribute->GetInteger(); break;
+    case AttrClBkGround: ReadColor(value, m_ClBkGround); break;
+    case AttrClText: ReadColor(value, m_ClText); break;
+    case AttrFont: {
+        MirlUiElementFont *font = static_cast<MirlUiElementFont *>(FindElement(value, UI_ELEMENT_FONT));
+        if (font != NULL) {
+            m_LogFont.lfHeight = font->GetHeight();
+            m_LogFont.lfWidth = font->GetWidth();
+            m_LogFont.lfWeight = font->GetWeight();
+            m_LogFont.lfItalic = font->GetItalic() ? 1 : 0;
+            m_LogFont.lfUnderline = font->GetUnderline() ? 1 : 0;
+            SetFaceName(font->GetFamilyName());
+        }
+        break;
+    }
+    case AttrStyle: m_Style = String2Style(value); break;
+    case AttrExStyle: m_ExStyle = String2ExStyle(value); break;
+    case AttrMenu: m_Menu = attribute->GetInteger(); break;
+    case AttrTransparent: m_Transparent = attribute->GetBoolean(); break;
+    case AttrAlign: m_Align = String2PositionStyle(value); break;
+    case AttrNone: break;
+    }
+}
+
+int MirlWindowBase::Reload()
+{
+    if (m_UiWindow == NULL) {
+        return 0;
+    }
+    unsigned int count = m_UiWindow->GetAttributeCount();
+    if (count == 0) {
+        return 0;
+    }
+    for (unsigned int i = 0; i < count; ++i) {
+        ApplyAttribute(m_UiWindow->GetAttributeByIndex(static_cast<int>(i)));
+    }
+    return 1;
+}
+
+void MirlWindowBase::ResetParent(MirlWindowBase *parent)
+{
+    for (MirlWindowBase *child : m_Children) {
+        child->m_Parent = parent;
+        child->ResetParent(this);
+    }
+}
+
+void MirlWindowBase::FromHandle(MirlWindowBase *source)
+{
+    if (source == NULL || source == this) {
+        return;
+    }
+    m_hWnd = source->m_hWnd;
+    m_MemoryDC = source->m_MemoryDC;
+    m_IsCopy = source->m_IsCopy;
+    m_PackageParent = source->m_PackageParent;
+    m_Parent = source->m_Parent;
+    m_UiWindow = source->m_UiWindow;
+    m_CommandID = source->m_CommandID;
+    m_Class = source->m_Class;
+    m_Text = source->m_Text;
+    m_ToolTip = source->m_ToolTip;
+    m_Pic = source->m_Pic;
+    m_X = source->m_X;
+    m_Y = source->m_Y;
+    m_Width = source->m_Width;
+    m_Height = source->m_Height;
+    m_MinWidth = source->m_MinWidth;
+    m_MaxWidth = source->m_MaxWidth;
+    m_MinHeight = source->m_MinHeight;
+    m_MaxHeight = source->m_MaxHeight;
+    m_ClBkGround = source->m_ClBkGround;
+    m_ClText = source->m_ClText;
+    m_LogFont = source->m_LogFont;
+    m_Style = source->m_Style;
+    m_ExStyle = source->m_ExStyle;
+    m_Menu = source->m_Menu;
+    m_Transparent = source->m_Transparent;
+    m_Align = source->m_Align;
+    m_Children = source->m_Children;
+
+    // The parents' pictures may hold the window as it was.
+    if (m_Parent != NULL) {
+        m_Parent->DeleteMemoryDC();
+    }
+    if (m_PackageParent != NULL) {
+        m_PackageParent->DeleteMemoryDC();
+    }
+    m_MemoryDC = NULL;
+    m_IsCopy = 1;
+    ResetParent(this);
+    m_LogFont = source->m_LogFont;
+}
+
+MirlWindowBase *MirlWindowBase::GetWindowItem(unsigned long commandID)
+{
+    for (MirlWindowBase *child : m_Children) {
+        if (child->m_CommandID == commandID) {
+            return child;
+        }
+    }
+    return NULL;
+}
+
+MirlWindowBase *MirlWindowBase::GetWindowItem(const wchar_t *name)
+{
+    if (name == NULL) {
+        return NULL;
+    }
+    for (MirlWindowBase *child : m_Children) {
+        if (child->m_UiWindow != NULL && _wcsicmp(child->m_UiWindow->GetName(), name) == 0) {
+            return child;
+        }
+    }
+    return NULL;
+}
+
+void MirlWindowBase::PaintIntoMemoryDC()
+{
+    if (m_MemoryDC != NULL && m_MemoryDC->m_hDC != NULL) {
+        ::SendMessageW(m_hWnd, WM_PAINT, reinterpret_cast<WPARAM>(m_MemoryDC->m_hDC), 0);
+    }
+}
+
+MirlWindowBase::MirlTransparentDC *MirlWindowBase::GetMemoryDC(bool repaint)
+{
+    if (m_MemoryDC == NULL) {
+        RECT rect = {};
+        ::GetWindowRect(m_hWnd, &rect);
+        m_MemoryDC = new MirlTransparentDC(m_hWnd, rect.right - rect.left, rect.bottom - rect.top);
+        PaintIntoMemoryDC();
+    } else if (repaint) {
+        PaintIntoMemoryDC();
+    }
+    return m_MemoryDC;
+}
+
+void MirlWindowBase::CreateMemoryDC(int width, int height)
+{
+    if (width <= 0 || height <= 0) {
+        return;
+    }
+    delete m_MemoryDC;
+    m_MemoryDC = new MirlTransparentDC(m_hWnd, width, height);
+    PaintIntoMemoryDC();
+}
+
+void MirlWindowBase::DeleteMemoryDC()
+{
+    delete m_MemoryDC;
+    m_MemoryDC = NULL;
+}
+
+void MirlWindowBase::DeleteAllMemory()
+{
+    DeleteMemoryDC();
+    ::SendMessageW(m_hWnd, WM_MIRL_DELETE_MEMORY_DC, 0, 0);
+    for (MirlWindowBase *child : m_Children) {
+        child->DeleteMemoryDC();
+        child->DeleteAllMemory();
+    }
+}
+
+namespace MIRL {
+
+void LayoutChildWindows(MirlWindowBase *parent, const std::vector<MirlWindowBase *> &children, int width, int height)
+{
+    (void)parent;
+    MirlLayoutRect previous = {0, 0, 0, 0};
+    for (MirlWindowBase *child : children) {
+        MirlLayoutInput input;
+        input.x = child->GetX();
+        input.y = child->GetY();
+        input.width = child->GetWidth();
+        input.height = child->GetHeight();
+        input.align = child->GetAlign();
+        input.style = child->GetStyle();
+        if (_wcsicmp(child->GetClass(), L"SCROLLBAR") == 0) {
+            input.windowClass = MirlLayoutClass::ScrollBar;
+            RECT present = {};
+            ::GetWindowRect(child->m_hWnd, &present);
+            input.presentWidth = present.right - present.left;
+            input.presentHeight = present.bottom - present.top;
+        }
+        // Splitters take their weight from the splitter control, which doesn't exist yet.
+        MirlLayoutRect place = LayoutChild(width, height, input, previous);
+        if (child->m_hWnd != NULL) {
+            ::MoveWindow(child->m_hWnd, place.x, place.y, place.w, place.h, TRUE);
+        }
+        previous = place;
+    }
+}
+
+void PaintParentBackground(HWND hWnd, MirlWindowBase *source, HDC dc)
+{
+    // A transparent window without a parent object has no picture to show through.
+    if (source == NULL) {
+        return;
+    }
+    RECT rect = {};
+    ::GetWindowRect(hWnd, &rect);
+    POINT corner = {rect.left, rect.top};
+    ::ScreenToClient(::GetParent(hWnd), &corner);
+    MirlWindowBase::MirlTransparentDC *picture = source->GetMemoryDC(false);
+    if (picture != NULL && picture->m_hDC != NULL && picture->m_hBitmap != NULL) {
+        ::BitBlt(dc, 0, 0, rect.right - rect.left, rect.bottom - rect.top, picture->m_hDC, corner.x, corner.y, SRCCOPY);
+    }
+}
+
+} // namespace MIRL

@@ -1,0 +1,100 @@
+#include "MirlWindowTestSupport.h"
+
+#include <algorithm>
+#include <vector>
+
+using mirltest::TestFrame;
+
+namespace {
+
+::testing::Environment *const g_Mirl = ::testing::AddGlobalTestEnvironment(new mirltest::MirlEnvironment());
+
+std::vector<HWND> *g_Created = nullptr;
+
+LRESULT CALLBACK RecordCreation(int code, WPARAM wParam, LPARAM lParam)
+{
+    if (code == HCBT_CREATEWND && g_Created != nullptr) {
+        g_Created->push_back(reinterpret_cast<HWND>(wParam));
+    }
+    return ::CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+std::wstring ClassNameOf(HWND hWnd)
+{
+    wchar_t name[64] = {};
+    ::GetClassNameW(hWnd, name, 64);
+    return name;
+}
+
+} // namespace
+
+TEST(WindowFactory, TreeIsCreatedDepthFirstInDocumentOrder)
+{
+    std::vector<HWND> created;
+    g_Created = &created;
+    HHOOK hook = ::SetWindowsHookExW(WH_CBT, RecordCreation, nullptr, ::GetCurrentThreadId());
+    TestFrame frame;
+    frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Factory");
+    ::UnhookWindowsHookEx(hook);
+    g_Created = nullptr;
+
+    ASSERT_TRUE(frame.IsWindow());
+    // The system also makes an input-method window for a new top-level window; keep ours.
+    created.erase(std::remove_if(created.begin(), created.end(),
+                                 [](HWND hWnd) { return ClassNameOf(hWnd) != L"MirlWindow"; }),
+                  created.end());
+    MirlWindowBase *a1 = frame.GetWindowItem(1UL);
+    MirlWindowBase *a5 = frame.GetWindowItem(5UL);
+    MirlWindowBase *a6 = frame.GetWindowItem(6UL);
+    ASSERT_NE(nullptr, a1);
+    ASSERT_NE(nullptr, a5);
+    ASSERT_NE(nullptr, a6);
+    MirlWindowBase *a51 = a5->GetWindowItem(51UL);
+    MirlWindowBase *a52 = a5->GetWindowItem(52UL);
+    ASSERT_NE(nullptr, a51);
+    ASSERT_NE(nullptr, a52);
+    std::vector<HWND> expected = {frame.m_hWnd, a1->m_hWnd, a5->m_hWnd, a51->m_hWnd, a52->m_hWnd, a6->m_hWnd};
+    EXPECT_EQ(expected, created);
+    frame.DestroyWindow();
+}
+
+TEST(WindowFactory, UnknownClassListBoxAndMissingClassLeaveNoGap)
+{
+    TestFrame frame;
+    frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Factory");
+    ASSERT_EQ(3u, frame.GetChildCount());
+    EXPECT_EQ(1u, frame.GetChildByIndex(0)->GetCommandID());
+    EXPECT_EQ(5u, frame.GetChildByIndex(1)->GetCommandID());
+    EXPECT_EQ(6u, frame.GetChildByIndex(2)->GetCommandID());
+    EXPECT_EQ(nullptr, frame.GetWindowItem(2UL));
+    EXPECT_EQ(nullptr, frame.GetWindowItem(L"A4"));
+    frame.DestroyWindow();
+}
+
+TEST(WindowFactory, ClassWordIgnoresCaseAndCustomControlIsThePlainWindow)
+{
+    TestFrame frame;
+    frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Factory");
+    for (unsigned long id : {1UL, 5UL, 6UL}) {
+        MirlWindowBase *child = frame.GetWindowItem(id);
+        ASSERT_NE(nullptr, child) << id;
+        EXPECT_NE(nullptr, dynamic_cast<MirlWindow *>(child)) << id;
+        EXPECT_EQ(L"MirlWindow", ClassNameOf(child->m_hWnd)) << id;
+        EXPECT_EQ(frame.m_hWnd, ::GetParent(child->m_hWnd)) << id;
+        EXPECT_EQ(static_cast<int>(id), ::GetDlgCtrlID(child->m_hWnd)) << id;
+    }
+    frame.DestroyWindow();
+}
+
+TEST(WindowFactory, NullParentTemplateOrClassMakesNoWindow)
+{
+    MirlUiWindow *factory = static_cast<MirlUiWindow *>(MirlUI::Instance()->GetUiElement(L"Factory", UI_ELEMENT_WINDOW));
+    ASSERT_NE(nullptr, factory);
+    TestFrame frame;
+    frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Factory");
+    EXPECT_EQ(nullptr, MirlWindowBase::CreateMirlWindow(nullptr, factory->GetChild(L"A1")));
+    EXPECT_EQ(nullptr, MirlWindowBase::CreateMirlWindow(&frame, nullptr));
+    EXPECT_EQ(nullptr, MirlWindowBase::CreateMirlWindow(&frame, factory->GetChild(L"A4")));
+    EXPECT_EQ(nullptr, MirlWindowBase::CreateMirlWindow(&frame, factory->GetChild(L"A2")));
+    frame.DestroyWindow();
+}
