@@ -7,3 +7,4 @@
 #include "MirlEntry.h"
 #include "MirlStyles.h"
 #include "MirlWindow.h"
+#include "MirlText.h"
