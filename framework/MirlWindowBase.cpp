@@ -1,5 +1,6 @@
 #include "MirlWindow.h"
 
+#include "MirlImage.h"
 #include "MirlLayout.h"
 #include "MirlStyleTables.h"
 
@@ -178,8 +179,7 @@ bool ReadColor(const wchar_t *name, unsigned long &argb)
     if (color == NULL) {
         return false;
     }
-    argb = (static_cast<unsigned long>(color->A()) << 24) | (static_cast<unsigned long>(color->R()) << 16) |
-           (static_cast<unsigned long>(color->G()) << 8) | color->B();
+    argb = MIRL::ColorToArgb(color);
     return true;
 }
 

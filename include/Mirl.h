@@ -8,3 +8,4 @@
 #include "MirlStyles.h"
 #include "MirlWindow.h"
 #include "MirlText.h"
+#include "MirlImage.h"
