@@ -1,4 +1,5 @@
 // The factory: one live window object of the class that a template's "Class" names.
+#include "MirlStatic.h"
 #include "MirlWindow.h"
 
 #include <cwchar>
@@ -30,7 +31,7 @@ const WindowClassRow kWindowClasses[] = {
     {L"WINDOW", &MakeWindow<MirlWindow>},
     {L"BUTTON", NULL},        // MirlButton
     {L"EDIT", NULL},          // MirlEdit
-    {L"STATIC", NULL},        // MirlStatic
+    {L"STATIC", &MakeWindow<MirlStatic>},
     {L"LISTBOX", NULL},       // no list box exists
     {L"SCROLLBAR", NULL},     // MirlScrollBar
     {L"TOOLBAR", NULL},       // MirlToolbar

@@ -9,3 +9,5 @@
 #include "MirlWindow.h"
 #include "MirlText.h"
 #include "MirlImage.h"
+#include "MirlCaptionLayout.h"
+#include "MirlStatic.h"
