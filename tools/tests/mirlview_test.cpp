@@ -1,0 +1,253 @@
+// mirlview as a skin author runs it: exit codes, the template list, pictures compared pixel by
+// pixel with what the templates say, and the interactive window closed from outside.
+#include "MirlToolRunner.h"
+
+#include <objbase.h>
+
+#include <algorithm>
+using std::max;
+using std::min;
+#include <gdiplus.h>
+
+#include <gtest/gtest.h>
+
+using mirltooltest::Quote;
+using mirltooltest::RunResult;
+using mirltooltest::RunTool;
+using mirltooltest::Skin;
+
+namespace {
+
+class GdiplusEnvironment : public ::testing::Environment {
+public:
+    void SetUp() override
+    {
+        Gdiplus::GdiplusStartupInput input;
+        Gdiplus::GdiplusStartup(&m_Token, &input, nullptr);
+    }
+    void TearDown() override { Gdiplus::GdiplusShutdown(m_Token); }
+
+private:
+    ULONG_PTR m_Token = 0;
+};
+
+::testing::Environment *const g_Gdiplus = ::testing::AddGlobalTestEnvironment(new GdiplusEnvironment());
+
+const COLORREF kFrame = RGB(10, 20, 30);
+const COLORREF kRed = RGB(200, 0, 0);
+const COLORREF kGreen = RGB(0, 180, 0);
+const COLORREF kBlue = RGB(0, 0, 220);
+
+// The picture a template should make: a background and rectangles painted over it in order.
+struct Expected {
+    int width;
+    int height;
+    COLORREF background;
+    struct Box {
+        RECT rect;
+        COLORREF color;
+    };
+    std::vector<Box> boxes;
+
+    COLORREF At(int x, int y) const
+    {
+        COLORREF color = background;
+        for (const Box &box : boxes) {
+            POINT p = {x, y};
+            if (PtInRect(&box.rect, p)) {
+                color = box.color;
+            }
+        }
+        return color;
+    }
+};
+
+std::wstring TempPng(const wchar_t *name)
+{
+    wchar_t folder[MAX_PATH] = {};
+    GetTempPathW(MAX_PATH, folder);
+    return std::wstring(folder) + L"mirlview_" + name + L"_" + std::to_wstring(GetCurrentProcessId()) + L".png";
+}
+
+void ExpectPicture(const std::wstring &path, const Expected &expected)
+{
+    Gdiplus::Bitmap bitmap(path.c_str());
+    ASSERT_EQ(Gdiplus::Ok, bitmap.GetLastStatus()) << "no picture at " << std::string(path.begin(), path.end());
+    ASSERT_EQ(static_cast<UINT>(expected.width), bitmap.GetWidth());
+    ASSERT_EQ(static_cast<UINT>(expected.height), bitmap.GetHeight());
+    int wrong = 0;
+    for (int y = 0; y < expected.height; ++y) {
+        for (int x = 0; x < expected.width; ++x) {
+            Gdiplus::Color color;
+            bitmap.GetPixel(x, y, &color);
+            COLORREF got = RGB(color.GetR(), color.GetG(), color.GetB());
+            COLORREF want = expected.At(x, y);
+            if (got != want && ++wrong <= 5) {
+                ADD_FAILURE() << "pixel (" << x << ", " << y << "): got 0x" << std::hex << got << ", want 0x" << want;
+            }
+        }
+    }
+    EXPECT_EQ(0, wrong);
+}
+
+// Frame of the view fixture: a red child with a blue grandchild clipped at its edge, a green
+// corner laid out from the right and bottom, a hidden child that doesn't show and a
+// transparent one that shows the frame.
+Expected FramePicture(int width, int height)
+{
+    Expected picture{width, height, kFrame, {}};
+    picture.boxes.push_back({{4, 4, 24, 24}, kRed});
+    picture.boxes.push_back({{9, 9, 24, 15}, kBlue});
+    picture.boxes.push_back({{width - 16, height - 14, width - 4, height - 4}, kGreen});
+    return picture;
+}
+
+template <class OnStart>
+RunResult View(const std::wstring &arguments, OnStart started)
+{
+    return RunTool(L"mirlview.exe", Quote(Skin(L"view_basic")) + L" " + arguments, started);
+}
+
+RunResult View(const std::wstring &arguments)
+{
+    return View(arguments, [](const PROCESS_INFORMATION &) {});
+}
+
+// Renders with the arguments into a PNG of its own and compares every pixel.
+void RenderAndExpect(const wchar_t *name, const std::wstring &arguments, const Expected &picture)
+{
+    std::wstring png = TempPng(name);
+    RunResult result = View(arguments + L" --png " + Quote(png));
+    ASSERT_TRUE(result.finished);
+    EXPECT_EQ(0u, result.exitCode);
+    EXPECT_TRUE(result.err.empty());
+    ExpectPicture(png, picture);
+    DeleteFileW(png.c_str());
+}
+
+} // namespace
+
+TEST(MirlView, RendersATopLevelTemplateAtItsOwnSize)
+{
+    RenderAndExpect(L"frame", L"Frame", FramePicture(64, 48));
+}
+
+TEST(MirlView, LaysTheTreeOutAtTheRequestedSize)
+{
+    RenderAndExpect(L"frame_sized", L"Frame --size 100x60", FramePicture(100, 60));
+}
+
+TEST(MirlView, AChildTemplateFillsAHostOfTheRequestedSize)
+{
+    Expected picture{80, 50, kGreen, {}};
+    picture.boxes.push_back({{74, 2, 78, 6}, kBlue});
+    RenderAndExpect(L"panel", L"Panel --size 80x50", picture);
+}
+
+TEST(MirlView, StateIsAcceptedAndSaidToHaveNoEffectYet)
+{
+    std::wstring png = TempPng(L"hover");
+    RunResult result = View(L"Frame --state hover --png " + Quote(png));
+    ASSERT_TRUE(result.finished);
+    EXPECT_EQ(0u, result.exitCode);
+    ASSERT_EQ(1u, result.err.size());
+    EXPECT_EQ(L"mirlview: --state hover has no effect yet: the library has no button controls", result.err[0]);
+    ExpectPicture(png, FramePicture(64, 48));
+    DeleteFileW(png.c_str());
+}
+
+TEST(MirlView, ListsTheTemplates)
+{
+    RunResult result = View(L"--list");
+    ASSERT_TRUE(result.finished);
+    EXPECT_EQ(0u, result.exitCode);
+    std::vector<std::wstring> expected = {L"Frame\tWINDOW\t64x48\t1033", L"Panel\tWINDOW\t40x30\t1033"};
+    EXPECT_EQ(expected, result.out);
+}
+
+TEST(MirlView, ExitCodes)
+{
+    EXPECT_EQ(2u, RunTool(L"mirlview.exe", L"").exitCode);
+    EXPECT_EQ(2u, View(L"").exitCode);
+    EXPECT_EQ(2u, View(L"Frame --size 0x10 --png x.png").exitCode);
+    EXPECT_EQ(2u, View(L"Frame --state glowing --png x.png").exitCode);
+    EXPECT_EQ(2u, View(L"Frame --lang").exitCode);
+
+    RunResult missing = RunTool(L"mirlview.exe", Quote(Skin(L"no_such_skin")) + L" Frame --png x.png");
+    EXPECT_EQ(3u, missing.exitCode);
+    ASSERT_EQ(1u, missing.err.size());
+    EXPECT_NE(std::wstring::npos, missing.err[0].find(L"could not be loaded: MirlException code 1: "));
+
+    RunResult broken = RunTool(L"mirlview.exe", Quote(Skin(L"bad_color")) + L" Frame --png x.png");
+    EXPECT_EQ(3u, broken.exitCode);
+    ASSERT_EQ(1u, broken.err.size());
+    EXPECT_NE(std::wstring::npos, broken.err[0].find(L"could not be loaded: COM error 0x8002000A while reading the skin"));
+
+    RunResult absent = View(L"frame --png x.png");
+    EXPECT_EQ(4u, absent.exitCode);
+    ASSERT_EQ(1u, absent.err.size());
+    EXPECT_EQ(L"mirlview: the skin has no template named 'frame' (did you mean 'Frame'?)", absent.err[0]);
+}
+
+namespace {
+
+struct WindowSearch {
+    DWORD process;
+    HWND found;
+};
+
+BOOL CALLBACK FindProcessWindow(HWND hWnd, LPARAM lParam)
+{
+    WindowSearch *search = reinterpret_cast<WindowSearch *>(lParam);
+    DWORD process = 0;
+    GetWindowThreadProcessId(hWnd, &process);
+    if (process == search->process && IsWindowVisible(hWnd)) {
+        search->found = hWnd;
+        return FALSE;
+    }
+    return TRUE;
+}
+
+// Waits for the process's visible top-level window, checks its client size and closes it.
+void CloseWhenShown(const PROCESS_INFORMATION &process, int width, int height, bool &shown)
+{
+    WindowSearch search = {process.dwProcessId, nullptr};
+    for (int i = 0; i < 300 && search.found == nullptr; ++i) {
+        if (WaitForSingleObject(process.hProcess, 50) == WAIT_OBJECT_0) {
+            return;
+        }
+        EnumWindows(FindProcessWindow, reinterpret_cast<LPARAM>(&search));
+    }
+    if (search.found == nullptr) {
+        return;
+    }
+    shown = true;
+    RECT client = {};
+    GetClientRect(search.found, &client);
+    EXPECT_EQ(width, client.right);
+    EXPECT_EQ(height, client.bottom);
+    PostMessageW(search.found, WM_CLOSE, 0, 0);
+}
+
+// Opens the template interactively, closes its window from outside once it shows, and expects
+// a clean exit.
+void OpenAndClose(const std::wstring &arguments, int width, int height)
+{
+    bool shown = false;
+    RunResult result = View(arguments, [&](const PROCESS_INFORMATION &process) { CloseWhenShown(process, width, height, shown); });
+    EXPECT_TRUE(shown);
+    ASSERT_TRUE(result.finished);
+    EXPECT_EQ(0u, result.exitCode);
+}
+
+} // namespace
+
+TEST(MirlView, WithoutPngTheWindowStaysUntilItIsClosed)
+{
+    OpenAndClose(L"Frame", 64, 48);
+}
+
+TEST(MirlView, AChildTemplateOpensInAHostWindowThatClosesToo)
+{
+    OpenAndClose(L"Panel --size 120x90", 120, 90);
+}
