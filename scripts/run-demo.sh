@@ -1,15 +1,26 @@
 #!/usr/bin/env bash
 # Builds the i686 library and the demo, and runs the demo on the bundled sample skin.
 # Usage: run-demo.sh [language id]
+# With a display (DISPLAY set) the player window opens; without one, the window is painted
+# into build/demo.png on a private virtual display, and the skin's summary is printed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+language=${1:-1033}
 
 bash scripts/setup.sh
 cmake -S . -B build/i686 -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/i686-w64-mingw32.cmake \
     -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build build/i686 --target SkinSummary mirl_skins -j "$(nproc)" >/dev/null
+cmake --build build/i686 --target PlayerDemo SkinSummary mirl_skins -j "$(nproc)" >/dev/null
+
+run=$PWD/scripts/wine-run.sh
+out=$PWD/build/demo.png
+if [ -n "${DISPLAY:-}" ] && [ -z "${CI:-}" ]; then
+    cd build/i686/bin
+    exec "$run" win32 PlayerDemo.exe --lang "$language"
+fi
 
 source scripts/wine-session.sh
 wine_session_start
 cd build/i686/bin
-../../../scripts/wine-run.sh win32 SkinSummary.exe "" "${1:-1033}"
+"$run" win32 SkinSummary.exe "" "$language"
+"$run" win32 PlayerDemo.exe --lang "$language" --png "Z:${out//\//\\}"

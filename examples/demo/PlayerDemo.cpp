@@ -1,0 +1,107 @@
+// The demo application: the sample skin's media player window.
+//   PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--png OUT.png]
+// With --png the window is created, laid out, painted into a picture and saved, and the program
+// ends: that is how a machine without a screen shows it. Without, the window stays open.
+#include "Mirl.h"
+#include "MirlViewRender.h"
+
+#include <fcntl.h>
+#include <io.h>
+
+#include <cstdio>
+#include <cwchar>
+#include <string>
+
+namespace {
+
+class PlayerFrame : public MirlWindowImpl<PlayerFrame> {
+public:
+    BEGIN_MSG_MAP(PlayerFrame)
+        MESSAGE_HANDLER(WM_DESTROY, OnDestroy)
+        CHAIN_MSG_MAP(MirlWindowImpl<PlayerFrame>)
+    END_MSG_MAP()
+
+    LRESULT OnDestroy(UINT, WPARAM, LPARAM, BOOL &bHandled)
+    {
+        ::PostQuitMessage(0);
+        bHandled = FALSE;
+        return 0;
+    }
+};
+
+std::wstring ProgramFolder()
+{
+    wchar_t path[MAX_PATH] = {};
+    DWORD length = ::GetModuleFileNameW(nullptr, path, MAX_PATH);
+    std::wstring folder(path, length);
+    return folder.substr(0, folder.find_last_of(L"\\/"));
+}
+
+int Usage()
+{
+    std::fwprintf(stderr, L"usage: PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--png OUT.png]\n");
+    return 2;
+}
+
+} // namespace
+
+int wmain(int argc, wchar_t **argv)
+{
+    _setmode(_fileno(stdout), _O_U8TEXT);
+    std::wstring skin = ProgramFolder() + L"\\skins\\sample.zip";
+    unsigned int language = 1033;
+    const wchar_t *png = nullptr;
+    for (int i = 1; i < argc; ++i) {
+        if (std::wcscmp(argv[i], L"--skin") == 0 && i + 1 < argc) {
+            skin = argv[++i];
+        } else if (std::wcscmp(argv[i], L"--lang") == 0 && i + 1 < argc) {
+            language = static_cast<unsigned int>(std::wcstoul(argv[++i], nullptr, 10));
+        } else if (std::wcscmp(argv[i], L"--png") == 0 && i + 1 < argc) {
+            png = argv[++i];
+        } else {
+            return Usage();
+        }
+    }
+
+    try {
+        MirlIntialize(skin.c_str(), language);
+    } catch (const MirlException &e) {
+        std::wprintf(L"The skin could not be opened (code %d): %ls\n", e.error(), e.what() != nullptr ? e.what() : L"");
+        MirlUnIntialize();
+        return 3;
+    } catch (const _com_error &e) {
+        std::wprintf(L"The skin holds a value that can't be read: HRESULT 0x%08lX\n", static_cast<unsigned long>(e.Error()));
+        MirlUnIntialize();
+        return 3;
+    }
+
+    int result = 0;
+    {
+        PlayerFrame frame;
+        if (frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"MainFrame") == nullptr) {
+            std::wprintf(L"The skin has no MainFrame template.\n");
+            result = 4;
+        } else if (png != nullptr) {
+            RECT client = {};
+            frame.GetClientRect(&client);
+            mirlview::Picture picture(client.right, client.bottom);
+            mirlview::ComposeWindowTree(frame.m_hWnd, picture);
+            std::wstring error;
+            if (mirlview::SavePng(picture, png, error)) {
+                std::wprintf(L"Wrote %ls (%ldx%ld)\n", png, client.right, client.bottom);
+            } else {
+                std::wprintf(L"Could not write %ls: %ls\n", png, error.c_str());
+                result = 1;
+            }
+            frame.DestroyWindow();
+        } else {
+            MSG msg;
+            while (::GetMessageW(&msg, nullptr, 0, 0) > 0) {
+                ::TranslateMessage(&msg);
+                ::DispatchMessageW(&msg);
+            }
+        }
+    }
+    MirlUnIntialize();
+    return result;
+}
