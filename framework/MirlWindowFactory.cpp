@@ -1,5 +1,6 @@
 // The factory: one live window object of the class that a template's "Class" names.
 #include "MirlStatic.h"
+#include "MirlButton.h"
 #include "MirlWindow.h"
 
 #include <cwchar>
@@ -29,7 +30,7 @@ struct WindowClassRow {
 // has no control behind it yet, or never will ("LISTBOX"): such a template makes no window.
 const WindowClassRow kWindowClasses[] = {
     {L"WINDOW", &MakeWindow<MirlWindow>},
-    {L"BUTTON", NULL},        // MirlButton
+    {L"BUTTON", &MakeWindow<MirlButton>},
     {L"EDIT", NULL},          // MirlEdit
     {L"STATIC", &MakeWindow<MirlStatic>},
     {L"LISTBOX", NULL},       // no list box exists

@@ -9,5 +9,6 @@
 #include "MirlWindow.h"
 #include "MirlText.h"
 #include "MirlImage.h"
+#include "MirlButton.h"
 #include "MirlCaptionLayout.h"
 #include "MirlStatic.h"

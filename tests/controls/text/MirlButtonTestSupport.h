@@ -1,0 +1,123 @@
+// Helpers of the button tests: the library on a fixture skin, a frame to hold buttons (it
+// reflects notifications as every library window does, keeps the commands it receives and can
+// paint a texture), and buttons made from a template and destroyed at the end of a scope.
+#pragma once
+
+#include "MirlButton.h"
+#include "MirlTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace mirltest {
+
+// The library once per test program, on one fixture skin.
+class SkinEnvironment : public ::testing::Environment {
+public:
+    explicit SkinEnvironment(const wchar_t *skin) : m_Skin(skin) {}
+    void SetUp() override { MirlIntialize(SkinPath(m_Skin.c_str()).c_str(), 1033); }
+    void TearDown() override { MirlUnIntialize(); }
+
+private:
+    std::wstring m_Skin;
+};
+
+// A top-level window from a template: commands are kept, notifications reflected by the
+// library's own map, and the background is either the skin's or a texture of 8-pixel squares.
+class ButtonFrame : public MirlWindowImpl<ButtonFrame> {
+public:
+    std::vector<std::pair<WPARAM, LPARAM>> m_Commands;
+    bool m_Texture = false;
+
+    BEGIN_MSG_MAP(ButtonFrame)
+        MESSAGE_HANDLER(WM_COMMAND, OnCommand)
+        CHAIN_MSG_MAP(MirlWindowImpl<ButtonFrame>)
+    END_MSG_MAP()
+
+    LRESULT OnCommand(UINT, WPARAM wParam, LPARAM lParam, BOOL &bHandled)
+    {
+        m_Commands.push_back(std::make_pair(wParam, lParam));
+        bHandled = FALSE;
+        return 0;
+    }
+
+    void DoPaint(HDC dc)
+    {
+        if (!m_Texture) {
+            MirlWindowImpl<ButtonFrame>::DoPaint(dc);
+            return;
+        }
+        RECT client = {};
+        ::GetClientRect(m_hWnd, &client);
+        HBRUSH light = ::CreateSolidBrush(RGB(230, 200, 120));
+        HBRUSH dark = ::CreateSolidBrush(RGB(120, 70, 30));
+        for (int y = 0; y < client.bottom; y += 8) {
+            for (int x = 0; x < client.right; x += 8) {
+                RECT cell = {x, y, x + 8, y + 8};
+                ::FillRect(dc, &cell, ((x + y) / 8) % 2 == 0 ? light : dark);
+            }
+        }
+        ::DeleteObject(light);
+        ::DeleteObject(dark);
+    }
+
+    // Creates the frame from a template, shown at the top left of the screen.
+    bool Open(const wchar_t *name = L"Bare")
+    {
+        return Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), name) != nullptr;
+    }
+};
+
+// A button object and its window, destroyed together at the end of the scope.
+class ScopedButton {
+public:
+    ScopedButton() : m_Button(new MirlButton()) {}
+    ~ScopedButton()
+    {
+        if (m_Button->m_hWnd != nullptr && ::IsWindow(m_Button->m_hWnd)) {
+            m_Button->DestroyWindow();
+        }
+    }
+    ScopedButton(const ScopedButton &) = delete;
+    ScopedButton &operator=(const ScopedButton &) = delete;
+
+    // The template of that name, as a child of parent (which may have no object).
+    HWND Create(MirlWindowBase *parentObject, HWND parent, const wchar_t *name)
+    {
+        return m_Button->Create(parentObject, parent, static_cast<LPRECT>(nullptr), name);
+    }
+
+    MirlButton *operator->() const { return m_Button.get(); }
+    MirlButton &operator*() const { return *m_Button; }
+    MirlButton *get() const { return m_Button.get(); }
+    HWND hwnd() const { return m_Button->m_hWnd; }
+
+private:
+    std::unique_ptr<MirlButton> m_Button;
+};
+
+// The owner-draw state a button paints with, as its own parent would send it.
+inline void DrawButton(HWND button, HDC dc, UINT state)
+{
+    DRAWITEMSTRUCT item = {};
+    item.CtlType = ODT_BUTTON;
+    item.CtlID = static_cast<UINT>(::GetDlgCtrlID(button));
+    item.itemAction = ODA_DRAWENTIRE;
+    item.itemState = state;
+    item.hwndItem = button;
+    item.hDC = dc;
+    ::GetClientRect(button, &item.rcItem);
+    ::SendMessageW(button, OCM__BASE + WM_DRAWITEM, item.CtlID, reinterpret_cast<LPARAM>(&item));
+}
+
+// Puts the pointer where no test window is.
+inline void ParkCursor()
+{
+    ::SetCursorPos(1200, 1000);
+}
+
+} // namespace mirltest
