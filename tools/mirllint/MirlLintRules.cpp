@@ -120,6 +120,18 @@ bool ConvertsAs(const std::wstring &text, Conversion conversion, ValueProblem &p
     return SUCCEEDED(hr);
 }
 
+bool ConvertToInt(const std::wstring &text, long &value, ValueProblem &problem)
+{
+    _variant_t converted(text.c_str());
+    HRESULT hr = VariantChangeType(&converted, &converted, 0, VT_I4);
+    problem.hresult = static_cast<unsigned long>(hr);
+    if (FAILED(hr)) {
+        return false;
+    }
+    value = V_I4(&converted);
+    return true;
+}
+
 bool ReadHexadecimal(const std::wstring &text, unsigned long &value)
 {
     if (text.size() < 3 || text[0] != L'0' || (text[1] != L'x' && text[1] != L'X')) {

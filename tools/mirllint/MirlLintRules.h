@@ -31,6 +31,8 @@ struct ValueProblem {
 
 // Converts text the way the loader does (VariantChangeType); false with the code it fails with.
 bool ConvertsAs(const std::wstring &text, Conversion conversion, ValueProblem &problem);
+// The signed number the loader reads from text, as a Language block's "Id".
+bool ConvertToInt(const std::wstring &text, long &value, ValueProblem &problem);
 // "0x0409" and the like: the number a hexadecimal text was meant to be.
 bool ReadHexadecimal(const std::wstring &text, unsigned long &value);
 // What is wrong with an attribute value that doesn't convert; language says that it's the

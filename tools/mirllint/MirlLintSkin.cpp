@@ -306,7 +306,8 @@ void Walker::CheckLanguageAttributes(const std::vector<Attr> &attributes, const 
     for (const Attr &attribute : attributes) {
         if (attribute.name == L"Id") {
             ValueProblem problem;
-            if (!ConvertsAs(attribute.value, Conversion::Int, problem)) {
+            long value = 0;
+            if (!ConvertToInt(attribute.value, value, problem)) {
                 Error(where, DescribeValueProblem(attribute, Conversion::Int, problem, true), L"unconvertible-value");
                 Abort(where, problem.hresult);
                 unsigned long intended = 0;
@@ -314,7 +315,7 @@ void Walker::CheckLanguageAttributes(const std::vector<Attr> &attributes, const 
                     language = static_cast<unsigned int>(intended);
                 }
             } else {
-                language = static_cast<unsigned int>(std::wcstol(attribute.value.c_str(), nullptr, 10));
+                language = static_cast<unsigned int>(value);
             }
         } else if (_wcsicmp(attribute.name.c_str(), L"Id") == 0) {
             Error(where, L"'" + attribute.name + L"' is never read, so the block is language 1033: attribute names are case-sensitive; did you mean 'Id'?",

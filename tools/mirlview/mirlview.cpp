@@ -186,13 +186,19 @@ void LayOut(HWND frame)
     ::SendMessageW(frame, WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.right, client.bottom));
 }
 
-void PumpPending()
+// Handles what is queued; false when that included the end of the program (the window can be
+// closed before the message loop starts).
+bool PumpPending()
 {
     MSG msg;
     while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        if (msg.message == WM_QUIT) {
+            return false;
+        }
         ::TranslateMessage(&msg);
         ::DispatchMessageW(&msg);
     }
+    return true;
 }
 
 int RunMessageLoop()
@@ -286,14 +292,14 @@ int ShowTemplate(const Options &options)
             result = ExitFailed;
         } else {
             LayOut(frame.m_hWnd);
-            PumpPending();
-            if (interactive) {
+            bool closed = !PumpPending();
+            if (interactive && !closed) {
                 HWND top = host != nullptr ? host : frame.m_hWnd;
                 ::ShowWindow(top, SW_SHOW);
                 ::ShowWindow(frame.m_hWnd, SW_SHOW);
                 ::UpdateWindow(top);
                 result = RunMessageLoop();
-            } else {
+            } else if (!interactive) {
                 RECT client = {};
                 ::GetClientRect(frame.m_hWnd, &client);
                 mirlview::Picture picture(client.right, client.bottom);
