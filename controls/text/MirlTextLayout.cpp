@@ -132,12 +132,22 @@ void MirlTextLayout::Draw(Gdiplus::Graphics &g, Gdiplus::Brush *brush)
         format.SetFormatFlags(Gdiplus::StringFormatFlagsNoWrap);
     }
     INT length = static_cast<INT>(m_Text.size());
+    // A line measured to fit can wrap when drawn in exactly its measured width (seen with
+    // fonts made from a LOGFONT). Two pixels of room on the side away from the alignment keep
+    // the line whole and the text where it was.
+    Gdiplus::RectF area = m_Rect;
+    area.Width += 2.0f;
+    if (alignment == Gdiplus::StringAlignmentFar) {
+        area.X -= 2.0f;
+    } else if (alignment == Gdiplus::StringAlignmentCenter) {
+        area.X -= 1.0f;
+    }
     if (m_Shadow) {
         Gdiplus::SolidBrush white(Gdiplus::Color(0xFFFFFFFF));
-        Gdiplus::RectF lower(m_Rect.X, m_Rect.Y + 1.0f, m_Rect.Width, m_Rect.Height);
+        Gdiplus::RectF lower(area.X, area.Y + 1.0f, area.Width, area.Height);
         g.DrawString(m_Text.c_str(), length, m_Font, lower, &format, &white);
     }
-    g.DrawString(m_Text.c_str(), length, m_Font, m_Rect, &format, brush);
+    g.DrawString(m_Text.c_str(), length, m_Font, area, &format, brush);
 }
 
 namespace MIRL {

@@ -251,3 +251,41 @@ TEST(LinkMarkup, TextWithoutBothMarksIsUnchanged)
     EXPECT_EQ(L"", MIRL::ExpandFirstLink(L"", L"(link)", L"(/link)", &hasLink));
     EXPECT_EQ(L"&x", MIRL::ExpandFirstLink(L"<link>x</LINK>", L"<link>", L"</link>", nullptr));
 }
+
+TEST_F(TextLayoutTest, MeasuredLineIsDrawnWholeWithoutMovingIt)
+{
+    // A font made from a LOGFONT, as windows make theirs: its measured width alone is not always
+    // enough room to draw the line in.
+    HDC dc = m_Graphics->GetHDC();
+    LOGFONTW logFont = {};
+    logFont.lfHeight = 13;
+    wcscpy(logFont.lfFaceName, L"Tahoma");
+    Gdiplus::Font font(dc, &logFont);
+    m_Graphics->ReleaseHDC(dc);
+    for (unsigned long style : {static_cast<unsigned long>(ALIGN_LEFT), static_cast<unsigned long>(ALIGN_RIGHT), 0UL}) {
+        m_Graphics->Clear(Gdiplus::Color(0xFF000000));
+        MirlTextLayout layout = Layout(&font, L"01:42 / 04:05", style | ALIGN_TOP, Gdiplus::RectF(0, 0, 120, 22));
+        layout.Measure(*m_Graphics);
+        Gdiplus::SolidBrush white(Gdiplus::Color(0xFFFFFFFF));
+        layout.Draw(*m_Graphics, &white);
+        // One line: nothing is drawn below the measured line.
+        int inkBelow = 0;
+        int inkInside = 0;
+        int leftmost = 1000;
+        for (UINT y = 0; y < 40; ++y) {
+            for (UINT x = 0; x < 122; ++x) {
+                Gdiplus::Color c;
+                m_Bitmap->GetPixel(x, y, &c);
+                if (c.GetR() > 100) {
+                    (y >= layout.GetRect().Height + 1.0f ? inkBelow : inkInside) += 1;
+                    leftmost = std::min(leftmost, static_cast<int>(x));
+                }
+            }
+        }
+        EXPECT_EQ(0, inkBelow) << style;
+        EXPECT_GT(inkInside, 100) << style;
+        // The text starts where the measured box does, give or take the font's side bearing.
+        EXPECT_GE(leftmost, static_cast<int>(layout.GetRect().X)) << style;
+        EXPECT_LE(leftmost, static_cast<int>(layout.GetRect().X) + 3) << style;
+    }
+}
