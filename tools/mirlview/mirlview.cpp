@@ -257,7 +257,7 @@ int ShowTemplate(const Options &options)
         return ExitNoTemplate;
     }
     if (options.state != L"normal") {
-        std::fwprintf(stderr, L"mirlview: --state %ls has no effect yet: the library has no button controls\n",
+        std::fwprintf(stderr, L"mirlview: --state %ls has no effect yet: states are not applied to buttons\n",
                       options.state.c_str());
     }
     bool interactive = options.png.empty();

@@ -151,7 +151,7 @@ TEST(MirlView, StateIsAcceptedAndSaidToHaveNoEffectYet)
     ASSERT_TRUE(result.finished);
     EXPECT_EQ(0u, result.exitCode);
     ASSERT_EQ(1u, result.err.size());
-    EXPECT_EQ(L"mirlview: --state hover has no effect yet: the library has no button controls", result.err[0]);
+    EXPECT_EQ(L"mirlview: --state hover has no effect yet: states are not applied to buttons", result.err[0]);
     ExpectPicture(png, FramePicture(64, 48));
     DeleteFileW(png.c_str());
 }
