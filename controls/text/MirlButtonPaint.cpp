@@ -357,13 +357,22 @@ void MirlButton::PainImageInRect(Gdiplus::Graphics &graphics, Gdiplus::Bitmap *i
     MIRL::MirlSlice slices[3];
     MIRL::SplitThreeSlices(image->GetWidth(), image->GetHeight(), rect, slices);
     ExactPixels exact(graphics);
-    for (const MIRL::MirlSlice &slice : slices) {
+    // The middle goes first, reaching one column under the left cap, and the caps are drawn
+    // over it: a stretched one-pixel column can lose its first target column (seen when it is
+    // stretched both ways), which would leave a seam of background between cap and middle.
+    static const int order[3] = {1, 0, 2};
+    for (int index : order) {
+        Gdiplus::Rect target = slices[index].target;
+        const Gdiplus::Rect &source = slices[index].source;
         // A face narrower than the image has no middle; a negative width would mirror it.
-        if (slice.target.Width <= 0 || slice.target.Height <= 0) {
+        if (target.Width <= 0 || target.Height <= 0) {
             continue;
         }
-        graphics.DrawImage(image, slice.target, slice.source.X, slice.source.Y, slice.source.Width,
-                           slice.source.Height, Gdiplus::UnitPixel);
+        if (index == 1 && slices[0].target.Width > 0) {
+            target.X -= 1;
+            target.Width += 1;
+        }
+        graphics.DrawImage(image, target, source.X, source.Y, source.Width, source.Height, Gdiplus::UnitPixel);
     }
 }
 

@@ -15,6 +15,32 @@
 
 namespace {
 
+// Puts every button of the tree into the state asked for, the way a user would: disabled
+// windows, a held press, or the pointer over each button in turn (a hovering button keeps its
+// hover when another one takes the capture).
+void ApplyButtonState(MirlWindowBase *window, const std::wstring &state)
+{
+    if (state == L"normal") {
+        return;
+    }
+    for (unsigned int i = 0; i < window->GetChildCount(); ++i) {
+        MirlWindowBase *child = window->GetChildByIndex(i);
+        if (MirlButton *button = dynamic_cast<MirlButton *>(child)) {
+            if (state == L"disabled") {
+                ::EnableWindow(button->m_hWnd, FALSE);
+            } else if (state == L"pressed") {
+                ::SendMessageW(button->m_hWnd, BM_SETSTATE, TRUE, 0);
+            } else if (state == L"hover") {
+                ::SetActiveWindow(::GetAncestor(button->m_hWnd, GA_ROOT));
+                ::SendMessageW(button->m_hWnd, WM_MOUSEMOVE, 0, MAKELPARAM(1, 1));
+            }
+        }
+        ApplyButtonState(child, state);
+    }
+    ::ReleaseCapture();
+}
+
+
 enum ExitCode { ExitOk = 0, ExitFailed = 1, ExitUsage = 2, ExitSkin = 3, ExitNoTemplate = 4 };
 
 const wchar_t kUsage[] =
@@ -256,10 +282,6 @@ int ShowTemplate(const Options &options)
                       similar.empty() ? L"" : L" (did you mean '", similar.c_str(), similar.empty() ? L"" : L"'?)");
         return ExitNoTemplate;
     }
-    if (options.state != L"normal") {
-        std::fwprintf(stderr, L"mirlview: --state %ls has no effect yet: states are not applied to buttons\n",
-                      options.state.c_str());
-    }
     bool interactive = options.png.empty();
     unsigned long style = TemplateStyle(ui);
     int width = options.width > 0 ? options.width : TemplateInteger(ui, L"Width", 64);
@@ -292,6 +314,7 @@ int ShowTemplate(const Options &options)
             result = ExitFailed;
         } else {
             LayOut(frame.m_hWnd);
+            ApplyButtonState(&frame, options.state);
             bool closed = !PumpPending();
             if (interactive && !closed) {
                 HWND top = host != nullptr ? host : frame.m_hWnd;

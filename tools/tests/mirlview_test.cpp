@@ -11,6 +11,8 @@ using std::min;
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 using mirltooltest::Quote;
 using mirltooltest::RunResult;
 using mirltooltest::RunTool;
@@ -144,16 +146,45 @@ TEST(MirlView, AChildTemplateFillsAHostOfTheRequestedSize)
     RenderAndExpect(L"panel", L"Panel --size 80x50", picture);
 }
 
-TEST(MirlView, StateIsAcceptedAndSaidToHaveNoEffectYet)
+TEST(MirlView, StateOfATreeWithoutButtonsChangesNothing)
 {
     std::wstring png = TempPng(L"hover");
     RunResult result = View(L"Frame --state hover --png " + Quote(png));
     ASSERT_TRUE(result.finished);
     EXPECT_EQ(0u, result.exitCode);
-    ASSERT_EQ(1u, result.err.size());
-    EXPECT_EQ(L"mirlview: --state hover has no effect yet: states are not applied to buttons", result.err[0]);
+    EXPECT_TRUE(result.err.empty());
     ExpectPicture(png, FramePicture(64, 48));
     DeleteFileW(png.c_str());
+}
+
+// The sample player's Play button, a four-state picture button, in each state: the inside of
+// its disc left of the glyph is dark glass when idle, lighter under the pointer, accent blue
+// when held, and dimmed when disabled.
+TEST(MirlView, StatesArePaintedOnTheButtons)
+{
+    std::map<std::wstring, COLORREF> disc;
+    for (const wchar_t *state : {L"normal", L"hover", L"pressed", L"disabled"}) {
+        std::wstring png = TempPng(state);
+        RunResult result = RunTool(L"mirlview.exe", Quote(Skin(L"sample")) + L" MainFrame --size 480x300 --state " +
+                                                        state + L" --png " + Quote(png));
+        ASSERT_TRUE(result.finished) << state;
+        ASSERT_EQ(0u, result.exitCode) << state;
+        Gdiplus::Bitmap bitmap(png.c_str());
+        ASSERT_EQ(Gdiplus::Ok, bitmap.GetLastStatus());
+        Gdiplus::Color color;
+        // Play stands at (72, 112), 36 by 36; (80, 130) is inside the disc, left of the glyph.
+        // A held button's image sinks one pixel, which keeps the point inside.
+        bitmap.GetPixel(80, 130, &color);
+        disc[state] = RGB(color.GetR(), color.GetG(), color.GetB());
+        DeleteFileW(png.c_str());
+    }
+    auto blue = [](COLORREF c) { return static_cast<int>(GetBValue(c)); };
+    auto light = [](COLORREF c) { return GetRValue(c) + GetGValue(c) + GetBValue(c); };
+    EXPECT_GT(light(disc[L"hover"]), light(disc[L"normal"]));
+    EXPECT_GT(blue(disc[L"pressed"]), 180);
+    EXPECT_GT(blue(disc[L"pressed"]), static_cast<int>(GetRValue(disc[L"pressed"])) + 100);
+    EXPECT_LT(blue(disc[L"normal"]), 140);
+    EXPECT_LT(light(disc[L"disabled"]), light(disc[L"normal"]));
 }
 
 TEST(MirlView, ListsTheTemplates)

@@ -114,6 +114,38 @@ inline void DrawButton(HWND button, HDC dc, UINT state)
     ::SendMessageW(button, OCM__BASE + WM_DRAWITEM, item.CtlID, reinterpret_cast<LPARAM>(&item));
 }
 
+// Makes a top-level window the active one and waits until it stays so: without a window
+// manager, activation follows the X server's focus events, and a late one (from the window of
+// the test before) can take it away again.
+inline bool Activate(HWND window, DWORD milliseconds = 2000)
+{
+    const DWORD start = ::GetTickCount();
+    auto pump = [](DWORD forMilliseconds) {
+        const DWORD begin = ::GetTickCount();
+        do {
+            MSG msg;
+            while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+                ::TranslateMessage(&msg);
+                ::DispatchMessageW(&msg);
+            }
+            ::Sleep(5);
+        } while (::GetTickCount() - begin < forMilliseconds);
+    };
+    while (::GetTickCount() - start < milliseconds) {
+        ::SetForegroundWindow(window);
+        ::SetActiveWindow(window);
+        pump(30);
+        if (::GetActiveWindow() != window) {
+            continue;
+        }
+        pump(100);
+        if (::GetActiveWindow() == window) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // Puts the pointer where no test window is.
 inline void ParkCursor()
 {

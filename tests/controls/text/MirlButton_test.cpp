@@ -84,8 +84,7 @@ protected:
     void SetUp() override
     {
         mirltest::ParkCursor();
-        ::SetForegroundWindow(m_Parent.hwnd());
-        ::SetActiveWindow(m_Parent.hwnd());
+        ASSERT_TRUE(mirltest::Activate(m_Parent.hwnd()));
     }
 
     HWND Make(const wchar_t *name)
@@ -94,8 +93,10 @@ protected:
         if (hwnd != nullptr) {
             m_Spy.reset(new mirltest::ControlRecorder(hwnd, m_Sequence));
         }
-        // Paint, focus and colour traffic depend on the display, not on the button's logic.
+        // Paint, focus, activation and colour traffic depend on the display, not on the
+        // button's logic.
         for (UINT noise : {UINT(WM_KILLFOCUS), UINT(WM_SETFOCUS), UINT(WM_IME_SETCONTEXT), UINT(WM_IME_NOTIFY),
+                           UINT(WM_ACTIVATE), UINT(WM_NCACTIVATE), UINT(WM_ACTIVATEAPP), UINT(WM_QUERYNEWPALETTE),
                            UINT(WM_CTLCOLORBTN), UINT(OCM__BASE + WM_CTLCOLORBTN), UINT(WM_DRAWITEM),
                            UINT(OCM__BASE + WM_DRAWITEM), UINT(BM_SETSTATE), UINT(WM_CAPTURECHANGED),
                            UINT(WM_CHANGEUISTATE), UINT(WM_UPDATEUISTATE), UINT(WM_QUERYUISTATE)}) {
