@@ -62,10 +62,11 @@ TEST(WindowFactory, UnknownClassListBoxAndMissingClassLeaveNoGap)
 {
     TestFrame frame;
     frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Factory");
-    ASSERT_EQ(3u, frame.GetChildCount());
+    ASSERT_EQ(5u, frame.GetChildCount());
     EXPECT_EQ(1u, frame.GetChildByIndex(0)->GetCommandID());
     EXPECT_EQ(5u, frame.GetChildByIndex(1)->GetCommandID());
     EXPECT_EQ(6u, frame.GetChildByIndex(2)->GetCommandID());
+    EXPECT_EQ(7u, frame.GetChildByIndex(3)->GetCommandID());
     EXPECT_EQ(nullptr, frame.GetWindowItem(2UL));
     EXPECT_EQ(nullptr, frame.GetWindowItem(L"A4"));
     frame.DestroyWindow();
@@ -82,6 +83,22 @@ TEST(WindowFactory, ClassWordIgnoresCaseAndCustomControlIsThePlainWindow)
         EXPECT_EQ(L"MirlWindow", ClassNameOf(child->m_hWnd)) << id;
         EXPECT_EQ(frame.m_hWnd, ::GetParent(child->m_hWnd)) << id;
         EXPECT_EQ(static_cast<int>(id), ::GetDlgCtrlID(child->m_hWnd)) << id;
+    }
+    frame.DestroyWindow();
+}
+
+TEST(WindowFactory, ButtonInAnyLetterCaseMakesAMirlButton)
+{
+    TestFrame frame;
+    frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Factory");
+    for (unsigned long id : {7UL, 8UL}) {
+        MirlWindowBase *child = frame.GetWindowItem(id);
+        ASSERT_NE(nullptr, child) << id;
+        EXPECT_NE(nullptr, dynamic_cast<MirlButton *>(child)) << id;
+        EXPECT_EQ(nullptr, dynamic_cast<MirlWindow *>(child)) << id;
+        EXPECT_EQ(static_cast<int>(id), ::GetDlgCtrlID(child->m_hWnd)) << id;
+        // An owner-drawn system button underneath.
+        EXPECT_EQ(static_cast<LONG>(BS_OWNERDRAW), ::GetWindowLongW(child->m_hWnd, GWL_STYLE) & BS_TYPEMASK) << id;
     }
     frame.DestroyWindow();
 }
