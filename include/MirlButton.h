@@ -69,6 +69,15 @@ public:
 
     MirlButton();
     ~MirlButton() override;
+
+    // Creation and subclassing live in MIRL.dll, beside the destructor: a window's procedure
+    // thunk is taken from a heap of the module that allocates it and must go back there.
+    HWND Create(MirlWindowBase *parent, HWND hWndParent, ATL::_U_RECT rect, const wchar_t *name,
+                unsigned long style = 0, unsigned long exStyle = 0, ATL::_U_MENUorID menuOrID = 0U,
+                void *createParam = NULL);
+    BOOL SubclassWindow(HWND hWnd);
+    BOOL SubclassWindow(MirlWindowBase *source, MirlWindowBase *parent);
+
     // The slots own their bitmaps and the window its procedure: a button isn't copied.
     MirlButton(const MirlButton &) = delete;
     MirlButton &operator=(const MirlButton &) = delete;

@@ -144,6 +144,22 @@ MirlButton::~MirlButton()
     Release();
 }
 
+HWND MirlButton::Create(MirlWindowBase *parent, HWND hWndParent, ATL::_U_RECT rect, const wchar_t *name,
+                        unsigned long style, unsigned long exStyle, ATL::_U_MENUorID menuOrID, void *createParam)
+{
+    return Base::Create(parent, hWndParent, rect, name, style, exStyle, menuOrID, createParam);
+}
+
+BOOL MirlButton::SubclassWindow(HWND hWnd)
+{
+    return Base::SubclassWindow(hWnd);
+}
+
+BOOL MirlButton::SubclassWindow(MirlWindowBase *source, MirlWindowBase *parent)
+{
+    return Base::SubclassWindow(source, parent);
+}
+
 // ---------------------------------------------------------------------------------------------
 // Attributes
 
