@@ -1,5 +1,6 @@
 // mirlview as a skin author runs it: exit codes, the template list, pictures compared pixel by
 // pixel with what the templates say, and the interactive window closed from outside.
+#include "MirlPixelTest.h"
 #include "MirlToolRunner.h"
 
 #include <objbase.h>
@@ -185,6 +186,21 @@ TEST(MirlView, StatesArePaintedOnTheButtons)
     EXPECT_GT(blue(disc[L"pressed"]), static_cast<int>(GetRValue(disc[L"pressed"])) + 100);
     EXPECT_LT(blue(disc[L"normal"]), 140);
     EXPECT_LT(light(disc[L"disabled"]), light(disc[L"normal"]));
+}
+
+// The sample player's main window, as the library paints it, matches its golden picture.
+TEST(MirlView, SampleMainWindowMatchesItsGolden)
+{
+    Gdiplus::GdiplusStartupInput input;
+    ULONG_PTR token = 0;
+    Gdiplus::GdiplusStartup(&token, &input, nullptr);
+    std::wstring png = TempPng(L"sample");
+    RunResult result = RunTool(L"mirlview.exe", Quote(Skin(L"sample")) + L" MainFrame --size 480x300 --png " + Quote(png));
+    ASSERT_TRUE(result.finished);
+    ASSERT_EQ(0u, result.exitCode);
+    EXPECT_TRUE(mirltest::MatchesGolden(mirltest::LoadPng(png), "sample_mainframe"));
+    DeleteFileW(png.c_str());
+    Gdiplus::GdiplusShutdown(token);
 }
 
 TEST(MirlView, ListsTheTemplates)
