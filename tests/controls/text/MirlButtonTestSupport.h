@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <shellapi.h>
+
 #include <memory>
 #include <string>
 #include <utility>
@@ -15,15 +17,31 @@
 
 namespace mirltest {
 
-// The library once per test program, on one fixture skin.
+// Stands in for ShellExecuteW: a test program never opens anything.
+inline HINSTANCE WINAPI RefuseToOpen(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT)
+{
+    ADD_FAILURE() << "a button tried to open its URL outside a test's own opener";
+    return reinterpret_cast<HINSTANCE>(static_cast<INT_PTR>(SE_ERR_ACCESSDENIED));
+}
+
+// The library once per test program, on one fixture skin; URLs go nowhere.
 class SkinEnvironment : public ::testing::Environment {
 public:
     explicit SkinEnvironment(const wchar_t *skin) : m_Skin(skin) {}
-    void SetUp() override { MirlIntialize(SkinPath(m_Skin.c_str()).c_str(), 1033); }
-    void TearDown() override { MirlUnIntialize(); }
+    void SetUp() override
+    {
+        m_Former = MIRL::SetUrlOpener(&RefuseToOpen);
+        MirlIntialize(SkinPath(m_Skin.c_str()).c_str(), 1033);
+    }
+    void TearDown() override
+    {
+        MirlUnIntialize();
+        MIRL::SetUrlOpener(m_Former);
+    }
 
 private:
     std::wstring m_Skin;
+    MIRL::UrlOpener m_Former = nullptr;
 };
 
 // A top-level window from a template: commands are kept, notifications reflected by the
