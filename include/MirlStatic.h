@@ -27,6 +27,14 @@ public:
     MirlStatic &operator=(const MirlStatic &source);
     ~MirlStatic() override;
 
+    // Defined in the library, so that the window procedure thunk is made and freed by one module
+    // whether the label comes from a template or from the application's own code.
+    HWND Create(MirlWindowBase *parent, HWND hWndParent, ATL::_U_RECT rect, const wchar_t *name,
+                unsigned long style = 0, unsigned long exStyle = 0, ATL::_U_MENUorID menuOrID = 0U,
+                void *createParam = NULL);
+    BOOL SubclassWindow(HWND hWnd);
+    BOOL SubclassWindow(MirlWindowBase *source, MirlWindowBase *parent);
+
     // 0 for the first link in the text; -1 if the last press hit none, or there was none.
     int GetCurLink() const { return m_CurLink; }
     BOOL PreTranslateMessage(MSG *msg) override;

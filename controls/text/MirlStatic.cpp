@@ -120,6 +120,22 @@ MirlStatic::~MirlStatic()
     ClearLinks();
 }
 
+HWND MirlStatic::Create(MirlWindowBase *parent, HWND hWndParent, ATL::_U_RECT rect, const wchar_t *name,
+                        unsigned long style, unsigned long exStyle, ATL::_U_MENUorID menuOrID, void *createParam)
+{
+    return MirlWindowImpl<MirlStatic>::Create(parent, hWndParent, rect, name, style, exStyle, menuOrID, createParam);
+}
+
+BOOL MirlStatic::SubclassWindow(HWND hWnd)
+{
+    return MirlWindowImpl<MirlStatic>::SubclassWindow(hWnd);
+}
+
+BOOL MirlStatic::SubclassWindow(MirlWindowBase *source, MirlWindowBase *parent)
+{
+    return MirlWindowImpl<MirlStatic>::SubclassWindow(source, parent);
+}
+
 BOOL MirlStatic::PreTranslateMessage(MSG *)
 {
     return 0;

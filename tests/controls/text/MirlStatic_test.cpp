@@ -321,3 +321,41 @@ TEST_F(StaticTest, SentenceWithTwoLinksLooksAsDesigned)
     MirlStatic *label = Label(107);
     EXPECT_TRUE(mirltest::MatchesGolden(mirltest::RenderWindow(label->m_hWnd), "static_two_links"));
 }
+
+// A label made by the application's own code, created and destroyed many times: the window
+// procedure's thunk is made and freed by the library alone, so nothing is left behind.
+TEST(StaticOwnCode, LabelsCreatedByTheApplicationLeaveNoHeapBehind)
+{
+    CommandFrame frame;
+    ASSERT_NE(nullptr, frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Labels"));
+    auto busy = []() {
+        HANDLE heaps[64];
+        DWORD count = ::GetProcessHeaps(64, heaps);
+        size_t total = 0;
+        for (DWORD i = 0; i < count && i < 64; ++i) {
+            PROCESS_HEAP_ENTRY entry = {};
+            ::HeapLock(heaps[i]);
+            while (::HeapWalk(heaps[i], &entry)) {
+                if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) {
+                    total += entry.cbData;
+                }
+            }
+            ::HeapUnlock(heaps[i]);
+        }
+        return total;
+    };
+    auto cycle = [&frame]() {
+        MirlStatic *label = new MirlStatic();
+        RECT place = {0, 0, 50, 20};
+        label->Create(&frame, frame.m_hWnd, &place, L"Upper");
+        label->DestroyWindow();
+        delete label;
+    };
+    cycle();
+    size_t before = busy();
+    for (int i = 0; i < 500; ++i) {
+        cycle();
+    }
+    EXPECT_LT(static_cast<long long>(busy()) - static_cast<long long>(before), 4096);
+    frame.DestroyWindow();
+}
