@@ -70,7 +70,9 @@ void MirlUI::LoadFile(const wchar_t *fileName)
     if (m_Loading.size() > static_cast<size_t>(MaxIncludeDepth)) {
         return;
     }
-    IStreamPtr stream = m_Package->ExtractFile(fileName);
+    // Only what the entry really holds: a forged size would have the parser read megabytes
+    // of zeros after the document.
+    IStreamPtr stream = m_Package->ExtractDocument(fileName);
     if (stream == nullptr) {
         return;
     }

@@ -12,6 +12,37 @@ namespace {
 // minizip's case-insensitive name comparison.
 const int kCaseInsensitive = 2;
 
+// A stream that owns the block; null (and the block freed) if it can't be made.
+IStreamPtr StreamOnBlock(HGLOBAL block)
+{
+    if (block == nullptr) {
+        return IStreamPtr();
+    }
+    IStream *stream = nullptr;
+    if (FAILED(CreateStreamOnHGlobal(block, TRUE, &stream)) || stream == nullptr) {
+        GlobalFree(block);
+        return IStreamPtr();
+    }
+    return IStreamPtr(stream, false);
+}
+
+// The length of a block without its zero tail, rounded up to even so that a UTF-16 document
+// keeps the zero high byte of its last character.
+SIZE_T ContentLength(HGLOBAL block)
+{
+    SIZE_T size = GlobalSize(block);
+    const unsigned char *data = size > 0 ? static_cast<const unsigned char *>(GlobalLock(block)) : nullptr;
+    if (data == nullptr) {
+        return 0;
+    }
+    SIZE_T length = size;
+    while (length > 0 && data[length - 1] == 0) {
+        --length;
+    }
+    GlobalUnlock(block);
+    return length + (length % 2 != 0 && length < size ? 1 : 0);
+}
+
 } // namespace
 
 MirlSkinPackage::MirlSkinPackage() : m_ZipHandle(nullptr)
@@ -109,16 +140,23 @@ void *MirlSkinPackage::ExtractFileToHGLOBAL(const wchar_t *fileName)
 
 IStreamPtr MirlSkinPackage::ExtractFile(const char *fileName)
 {
-    HGLOBAL block = static_cast<HGLOBAL>(ExtractFileToHGLOBAL(fileName));
-    if (block == nullptr) {
+    return StreamOnBlock(static_cast<HGLOBAL>(ExtractFileToHGLOBAL(fileName)));
+}
+
+IStreamPtr MirlSkinPackage::ExtractDocument(const wchar_t *fileName)
+{
+    if (fileName == nullptr) {
         return IStreamPtr();
     }
-    IStream *stream = nullptr;
-    if (FAILED(CreateStreamOnHGlobal(block, TRUE, &stream)) || stream == nullptr) {
-        GlobalFree(block);
-        return IStreamPtr();
+    HGLOBAL block = static_cast<HGLOBAL>(ExtractFileToHGLOBAL(ToAnsi(fileName).c_str()));
+    const SIZE_T length = block != nullptr ? ContentLength(block) : 0;
+    IStreamPtr stream = StreamOnBlock(block);
+    if (stream != nullptr) {
+        ULARGE_INTEGER size;
+        size.QuadPart = length;
+        stream->SetSize(size);
     }
-    return IStreamPtr(stream, false);
+    return stream;
 }
 
 IStreamPtr MirlSkinPackage::ExtractFile(const wchar_t *fileName)

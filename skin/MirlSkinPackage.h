@@ -27,6 +27,10 @@ public:
     // An entry as a movable global memory block that the caller frees; null if absent.
     void *ExtractFileToHGLOBAL(const wchar_t *fileName);
     void *ExtractFileToHGLOBAL(const char *fileName);
+    // An entry as a stream for a parser: its block without the zeros after the last byte that
+    // isn't one, kept at an even length for UTF-16. A directory record may declare far more
+    // than the entry holds, and a parser must not read megabytes of padding. Null if absent.
+    IStreamPtr ExtractDocument(const wchar_t *fileName);
 
     // A wide name in the system's ANSI code page. Raises a Win32 error if it can't be converted.
     static std::string ToAnsi(const wchar_t *text);

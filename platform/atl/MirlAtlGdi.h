@@ -576,6 +576,11 @@ public:
 
     CMemoryDC(HDC hDC, const RECT& rcPaint) : m_hDCOriginal(hDC), m_rcPaint(rcPaint), m_hBmpOld(NULL)
     {
+        // Only what the original can show is buffered: a window as large as the coordinate
+        // space painted into a small picture would otherwise ask for a bitmap of gigabytes.
+        RECT rcClip;
+        if (::GetClipBox(hDC, &rcClip) != ERROR)
+            ::IntersectRect(&m_rcPaint, &rcPaint, &rcClip);
         if (CreateCompatibleDC(m_hDCOriginal) == NULL)
             return;
         m_bmp.CreateCompatibleBitmap(m_hDCOriginal, m_rcPaint.right - m_rcPaint.left, m_rcPaint.bottom - m_rcPaint.top);
