@@ -1,5 +1,5 @@
 # The front door. Each target installs what it needs first (scripts/setup.sh, idempotent).
-.PHONY: test demo setup clean
+.PHONY: test demo fuzz setup clean
 
 # Builds for i686 and x86_64 and runs every test under Wine; ends with "N passed, N failed".
 test:
@@ -8,6 +8,12 @@ test:
 # Builds (i686) and runs the demo on the bundled sample skin. LANGUAGE=2052 picks a language.
 demo:
 	bash scripts/run-demo.sh $(LANGUAGE)
+
+# Builds (i686) and fuzzes the skin loader and the windows for SECONDS (default 60): prints
+# cases run, crashes, hangs and distinct outcomes; SEED=N replays a run's seed.
+SECONDS ?= 60
+fuzz:
+	MIRL_FUZZ_SEED=$(SEED) bash scripts/run-fuzz.sh $(SECONDS)
 
 setup:
 	bash scripts/setup.sh
