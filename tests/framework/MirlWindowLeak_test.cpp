@@ -1,45 +1,14 @@
 #include "MirlWindowTestSupport.h"
+#include "MirlLeakCounters.h"
 
+using mirltest::BusyHeapBytes;
 using mirltest::Canvas;
+using mirltest::LiveGdiObjects;
 using mirltest::TestFrame;
 
 namespace {
 
 ::testing::Environment *const g_Mirl = ::testing::AddGlobalTestEnvironment(new mirltest::MirlEnvironment());
-
-// Busy bytes of all the process's heaps, walked entry by entry.
-size_t BusyHeapBytes()
-{
-    HANDLE heaps[64];
-    DWORD count = ::GetProcessHeaps(64, heaps);
-    size_t busy = 0;
-    for (DWORD i = 0; i < count && i < 64; ++i) {
-        if (!::HeapLock(heaps[i])) {
-            continue;
-        }
-        PROCESS_HEAP_ENTRY entry = {};
-        while (::HeapWalk(heaps[i], &entry)) {
-            if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) {
-                busy += entry.cbData;
-            }
-        }
-        ::HeapUnlock(heaps[i]);
-    }
-    return busy;
-}
-
-// Live GDI objects of this process. GetGuiResources answers 0 under Wine; asking every handle
-// index for its type works on both.
-int LiveGdiObjects()
-{
-    int live = 0;
-    for (UINT_PTR i = 1; i <= 0xFFFF; ++i) {
-        if (::GetObjectType(reinterpret_cast<HGDIOBJ>(i)) != 0) {
-            ++live;
-        }
-    }
-    return live;
-}
 
 int CountWindows(MirlWindowBase *window)
 {
