@@ -18,6 +18,7 @@
 #include <vector>
 
 class MirlSkinPackage;
+class MirlLookupIndex;
 
 // Type codes of elements; also the type argument of MirlUI::GetUiElement.
 enum {
@@ -226,7 +227,9 @@ public:
     void SetCurrentLanguage(unsigned int language);
     unsigned int GetCurrentLanguage();
 
-    // Exact lookup in one language.
+    // Exact lookup in one language: the first element of that name in document order. Its cost
+    // doesn't grow with the skin; elements must therefore keep their names (no SetName) while
+    // the manager holds them.
     MirlUiElement *GetUiElement(const wchar_t *name, unsigned long type, unsigned int language);
     // The current language first, then 1033.
     MirlUiElement *GetUiElement(const wchar_t *name, unsigned long type);
@@ -283,4 +286,7 @@ protected:
     // Documents being read right now, outermost first: an include of one of them is refused.
     std::vector<std::wstring> m_Loading;
     unsigned long m_ListsSearched;
+    // The first element of each name in each list; cleared with the lists. Null if it could not
+    // be allocated: lookups then walk the lists.
+    MirlLookupIndex *m_LookupIndex;
 };

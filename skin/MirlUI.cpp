@@ -1,6 +1,7 @@
 #include "MirlSkin.h"
 
 #include "MirlException.h"
+#include "MirlLookupIndex.h"
 #include "MirlSkinPackage.h"
 #include "Ostra.h"
 
@@ -11,7 +12,7 @@ MirlUI *MirlUI::m_Instance = nullptr;
 
 MirlUI::MirlUI()
     : m_Valid(false), m_CurrentLanguage(1033), m_Package(new (std::nothrow) MirlSkinPackage()),
-      m_ListsSearched(0)
+      m_ListsSearched(0), m_LookupIndex(new (std::nothrow) MirlLookupIndex())
 {
 }
 
@@ -20,6 +21,8 @@ MirlUI::~MirlUI()
     ClearUiElements();
     delete m_Package;
     m_Package = nullptr;
+    delete m_LookupIndex;
+    m_LookupIndex = nullptr;
 }
 
 MirlUI *MirlUI::Instance()
@@ -142,12 +145,8 @@ MirlUiElement *MirlUI::GetUiElement(const wchar_t *name, unsigned long type, uns
     if (list == nullptr) {
         return nullptr;
     }
-    for (MirlUiElement *element : *list) {
-        if (wcscmp(element->GetName(), name) == 0) {
-            return element;
-        }
-    }
-    return nullptr;
+    return m_LookupIndex != nullptr ? m_LookupIndex->Find(type, language, *list, name)
+                                    : MirlLookupIndex::Walk(*list, name);
 }
 
 MirlUiElement *MirlUI::GetUiElement(const wchar_t *name, unsigned long type)
@@ -206,6 +205,9 @@ void MirlUI::ClearUiElements()
     }
     for (LanguageMap *map : maps) {
         map->clear();
+    }
+    if (m_LookupIndex != nullptr) {
+        m_LookupIndex->Clear();
     }
     m_Documents.clear();
 }

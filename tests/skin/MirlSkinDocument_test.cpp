@@ -31,6 +31,18 @@ protected:
     ProbeUI m_Ui;
 };
 
+// The first element of that name in a list, by walking the list in document order.
+MirlUiElement *FirstByWalking(MirlUI &ui, unsigned long type, unsigned int language, const wchar_t *name)
+{
+    for (unsigned int i = 0; i < ui.GetUiElementCount(type, language); ++i) {
+        MirlUiElement *element = ui.GetUiElementByIndex(type, language, i);
+        if (wcscmp(element->GetName(), name) == 0) {
+            return element;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 TEST_F(SkinDocumentTest, SectionsFillTheirLanguageMaps)
@@ -260,4 +272,34 @@ TEST_F(SkinDocumentTest, ExtractFileForwardsToThePackage)
     ASSERT_NE(nullptr, block);
     EXPECT_GT(GlobalSize(block), 0u);
     GlobalFree(block);
+}
+
+TEST_F(SkinDocumentTest, EveryLookupAnswersTheFirstDefinitionInDocumentOrderThenEnglish)
+{
+    // Skins with duplicates across includes, several languages, cycles and many elements.
+    for (const wchar_t *skin : {L"basic", L"cycle", L"windows", L"buttons", L"lint_references", L"sample"}) {
+        LoadSkin(skin);
+        for (unsigned long type = UI_ELEMENT_INFORMATION; type <= UI_ELEMENT_WINDOW; ++type) {
+            for (unsigned int l = 0; l < m_Ui.GetLanguageCount(type); ++l) {
+                const unsigned int language = m_Ui.GetLanguage(type, l);
+                for (unsigned int i = 0; i < m_Ui.GetUiElementCount(type, language); ++i) {
+                    const wchar_t *name = m_Ui.GetUiElementByIndex(type, language, i)->GetName();
+                    EXPECT_EQ(FirstByWalking(m_Ui, type, language, name), m_Ui.GetUiElement(name, type, language))
+                        << skin << " type " << type << " language " << language << " element " << i;
+                    // From every language of the skin: its own first definition, else English's.
+                    for (unsigned int c = 0; c < m_Ui.GetLanguageCount(type); ++c) {
+                        const unsigned int current = m_Ui.GetLanguage(type, c);
+                        MirlUiElement *expected = FirstByWalking(m_Ui, type, current, name);
+                        if (expected == nullptr && current != 1033) {
+                            expected = FirstByWalking(m_Ui, type, 1033, name);
+                        }
+                        m_Ui.SetCurrentLanguage(current);
+                        EXPECT_EQ(expected, m_Ui.GetUiElement(name, type))
+                            << skin << " type " << type << " current " << current << " element " << i;
+                    }
+                    m_Ui.SetCurrentLanguage(1033);
+                }
+            }
+        }
+    }
 }

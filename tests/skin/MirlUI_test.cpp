@@ -114,6 +114,45 @@ TEST_F(UiManagerTest, FirstOfTwoSameNamesWins)
     EXPECT_EQ(first, m_Ui.GetUiElement(L"TxtDup", UI_ELEMENT_TEXT));
 }
 
+TEST_F(UiManagerTest, ElementsAddedAfterALookupAreFoundAndNeverDisplaceTheFirst)
+{
+    MirlUiElementText *first = MakeText(L"TxtDup", L"first");
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, first);
+    EXPECT_EQ(first, m_Ui.GetUiElement(L"TxtDup", UI_ELEMENT_TEXT));
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement(L"TxtLater", UI_ELEMENT_TEXT));
+    MirlUiElementText *later = MakeText(L"TxtLater", L"later");
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, MakeText(L"TxtDup", L"second"));
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, later);
+    EXPECT_EQ(first, m_Ui.GetUiElement(L"TxtDup", UI_ELEMENT_TEXT));
+    EXPECT_EQ(later, m_Ui.GetUiElement(L"TxtLater", UI_ELEMENT_TEXT));
+}
+
+TEST_F(UiManagerTest, LongNamesThatShareTheirStartAreToldApart)
+{
+    // 15 characters fit a name whole beside its terminator; 16 and more are compared in full.
+    const wchar_t *const names[] = {L"TxtFifteenChars", L"TxtSixteenCharsX", L"TxtAVeryLongNameNumberOne",
+                                    L"TxtAVeryLongNameNumberTwo"};
+    MirlUiElementText *elements[4];
+    for (int i = 0; i < 4; ++i) {
+        elements[i] = MakeText(names[i], L"x");
+        m_Ui.Add(UI_ELEMENT_TEXT, 1033, elements[i]);
+    }
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(elements[i], m_Ui.GetUiElement(names[i], UI_ELEMENT_TEXT)) << i;
+    }
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement(L"TxtAVeryLongName", UI_ELEMENT_TEXT));
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement(L"TxtSixteenChars", UI_ELEMENT_TEXT));
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement(L"TxtAVeryLongNameNumberOneAndMore", UI_ELEMENT_TEXT));
+}
+
+TEST_F(UiManagerTest, AnElementWithoutANameAnswersTheEmptyName)
+{
+    MirlUiElementText *unnamed = new MirlUiElementText();
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, unnamed);
+    EXPECT_EQ(unnamed, m_Ui.GetUiElement(L"", UI_ELEMENT_TEXT));
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
+}
+
 TEST_F(UiManagerTest, LookupIsByTypeAsWellAsName)
 {
     MirlUiElementColor *color = new MirlUiElementColor();

@@ -1,0 +1,124 @@
+#include "MirlLookupIndex.h"
+
+#include <cwchar>
+#include <new>
+
+MirlUiElement *MirlLookupIndex::Walk(const std::vector<MirlUiElement *> &list, const wchar_t *name)
+{
+    for (MirlUiElement *element : list) {
+        if (wcscmp(element->GetName(), name) == 0) {
+            return element;
+        }
+    }
+    return nullptr;
+}
+
+std::size_t MirlLookupIndex::Hash(const wchar_t *name)
+{
+    // FNV-1a over the UTF-16 units up to the terminator, which is where wcscmp stops too.
+    std::size_t hash = 2166136261u;
+    for (; *name != L'\0'; ++name) {
+        hash = (hash ^ static_cast<std::size_t>(static_cast<unsigned short>(*name))) * 16777619u;
+    }
+    return hash;
+}
+
+bool MirlLookupIndex::SameName(const Slot &slot, const wchar_t *name)
+{
+    if (slot.name[InlineName - 1] == L'\0') {
+        return wcscmp(slot.name, name) == 0;
+    }
+    return wcscmp(slot.element->GetName(), name) == 0;
+}
+
+MirlUiElement *MirlLookupIndex::Lookup(const ListIndex &index, const wchar_t *name, std::size_t hash)
+{
+    if (index.slots.empty()) {
+        return nullptr;
+    }
+    const std::size_t mask = index.slots.size() - 1;
+    for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
+        const Slot &slot = index.slots[i];
+        if (slot.element == nullptr) {
+            return nullptr;
+        }
+        if (slot.hash == hash && SameName(slot, name)) {
+            return slot.element;
+        }
+    }
+}
+
+void MirlLookupIndex::Insert(ListIndex &index, MirlUiElement *element)
+{
+    const wchar_t *name = element->GetName();
+    const std::size_t hash = Hash(name);
+    // The first element of a name stays; a later one of the same name is never reached.
+    if (Lookup(index, name, hash) != nullptr) {
+        return;
+    }
+    // At most half the slots in use keeps the probes short. The larger table is built aside,
+    // so that running out of memory leaves the index as it was.
+    if ((index.used + 1) * 2 > index.slots.size()) {
+        std::vector<Slot> larger(index.slots.empty() ? 16 : index.slots.size() * 2, Slot());
+        const std::size_t mask = larger.size() - 1;
+        for (const Slot &slot : index.slots) {
+            if (slot.element != nullptr) {
+                std::size_t i = slot.hash & mask;
+                while (larger[i].element != nullptr) {
+                    i = (i + 1) & mask;
+                }
+                larger[i] = slot;
+            }
+        }
+        index.slots.swap(larger);
+    }
+    const std::size_t mask = index.slots.size() - 1;
+    std::size_t i = hash & mask;
+    while (index.slots[i].element != nullptr) {
+        i = (i + 1) & mask;
+    }
+    Slot &slot = index.slots[i];
+    slot.hash = hash;
+    slot.element = element;
+    // Copies up to the whole slot's width: a name that fills it leaves a non-zero last unit,
+    // which sends comparisons to the element's own name.
+    wcsncpy(slot.name, name, InlineName);
+    ++index.used;
+}
+
+void MirlLookupIndex::CatchUp(ListIndex &index, const std::vector<MirlUiElement *> &list)
+{
+    // A list never shrinks while it is indexed; if it did, start again rather than trust slots.
+    if (list.size() < index.indexed) {
+        index = ListIndex();
+    }
+    for (; index.indexed < list.size(); ++index.indexed) {
+        if (list[index.indexed] != nullptr) {
+            Insert(index, list[index.indexed]);
+        }
+    }
+}
+
+MirlUiElement *MirlLookupIndex::Find(unsigned long type, unsigned int language,
+                                     const std::vector<MirlUiElement *> &list, const wchar_t *name)
+{
+    if (type < UI_ELEMENT_INFORMATION || type > UI_ELEMENT_WINDOW) {
+        return Walk(list, name);
+    }
+    try {
+        ListIndex &index = m_Lists[type - 1][language];
+        CatchUp(index, list);
+        return Lookup(index, name, Hash(name));
+    } catch (const std::bad_alloc &) {
+        // Each insertion happens whole or not at all, so the index stays true to the part of
+        // the list it has read; this lookup walks, a later one goes on indexing.
+        return Walk(list, name);
+    }
+}
+
+void MirlLookupIndex::Clear()
+{
+    for (std::map<unsigned int, ListIndex> &lists : m_Lists) {
+        lists.clear();
+    }
+}

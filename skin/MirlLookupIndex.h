@@ -1,0 +1,53 @@
+// MirlLookupIndex: the first element of each name in each element list of the skin manager,
+// found by hashing, so that a lookup costs the same however many elements a skin has.
+//
+// The lists stay the model of order and ownership; the index only remembers how far it has
+// read each list and catches up with what was appended since, keeping the first element of a
+// name it meets. So "the first definition wins" holds by construction, also across includes.
+// Slots point at the elements' names: elements must keep their names while they are listed,
+// and the index must be cleared whenever the lists are.
+#pragma once
+
+#include "MirlSkin.h"
+
+#include <cstddef>
+#include <map>
+#include <vector>
+
+class MirlLookupIndex {
+public:
+    // The first element of list whose name equals name (exact, as wcscmp compares), or null.
+    // Never throws: without memory for the index it walks the list.
+    MirlUiElement *Find(unsigned long type, unsigned int language, const std::vector<MirlUiElement *> &list,
+                        const wchar_t *name);
+    void Clear();
+    // The same answer by walking the list in order.
+    static MirlUiElement *Walk(const std::vector<MirlUiElement *> &list, const wchar_t *name);
+
+private:
+    // Open addressing with linear probing in one array. A slot holds the name itself when it is
+    // short, as most skin names are, so that a lookup reads one slot and nothing else; a longer
+    // name keeps its first characters there and is compared where the element keeps it.
+    enum { InlineName = 16 };
+    struct Slot {
+        std::size_t hash;
+        MirlUiElement *element; // null: the slot is free
+        // The name and its terminator; for a longer name, its first characters and a non-zero
+        // last unit.
+        wchar_t name[InlineName];
+    };
+    struct ListIndex {
+        std::size_t indexed = 0;
+        std::size_t used = 0;
+        std::vector<Slot> slots;
+    };
+
+    static bool SameName(const Slot &slot, const wchar_t *name);
+    static std::size_t Hash(const wchar_t *name);
+    static MirlUiElement *Lookup(const ListIndex &index, const wchar_t *name, std::size_t hash);
+    static void Insert(ListIndex &index, MirlUiElement *element);
+    static void CatchUp(ListIndex &index, const std::vector<MirlUiElement *> &list);
+
+    // One index per type (1 to 6) and language, like the manager's language maps.
+    std::map<unsigned int, ListIndex> m_Lists[UI_ELEMENT_WINDOW];
+};
