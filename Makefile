@@ -1,5 +1,5 @@
 # The front door. Each target installs what it needs first (scripts/setup.sh, idempotent).
-.PHONY: test demo fuzz setup clean
+.PHONY: test demo fuzz bench setup clean
 
 # Builds for i686 and x86_64 and runs every test under Wine; ends with "N passed, N failed".
 test:
@@ -14,6 +14,11 @@ demo:
 SECONDS ?= 60
 fuzz:
 	MIRL_FUZZ_SEED=$(SEED) bash scripts/run-fuzz.sh $(SECONDS)
+
+# Builds (i686) and runs the benchmarks under Wine: one table of the medians of ours and of a
+# baseline that does the same work with the platform alone, their ratio and the target.
+bench:
+	bash scripts/run-bench.sh
 
 setup:
 	bash scripts/setup.sh

@@ -1,0 +1,28 @@
+// The figures, one function each. Every function measures ours and its baseline in the same
+// process, interleaved, and throws BenchError when what it measures didn't come out as written.
+//
+//   MeasureSkinLoad      MirlIntialize + MirlUnIntialize of the large skin / its documents in DOMs
+//   MeasureLookup        GetUiElement over the large skin / over the skin of 100 elements
+//   MeasureWindowTree    Create and WM_SIZE of 1,000 children / CreateWindowExW and MoveWindow
+//   MeasurePaint         a full repaint of 300 transparent buttons / BitBlt of the same area
+//   MeasureMemory        working set and heap per window, each measured in a fresh process
+//   RunMemoryProbe       the fresh process of MeasureMemory
+#pragma once
+
+#include "BenchSupport.h"
+
+namespace mirlbench {
+
+Figure MeasureSkinLoad(int repetitions);
+Figure MeasureLookup(int repetitions);
+// Needs the window skin loaded through MirlIntialize. Creation, then relayout.
+std::vector<Figure> MeasureWindowTree(int repetitions);
+// Needs the window skin loaded through MirlIntialize. With png, the repaint is saved there.
+Figure MeasurePaint(int repetitions, const wchar_t *png);
+// Working set, then heap.
+std::vector<Figure> MeasureMemory(int repetitions);
+// "ours" or "baseline": prints the growth of the working set and of the busy heap bytes that
+// creating the 1,000-window tree caused. Answers the process's exit code.
+int RunMemoryProbe(const wchar_t *kind);
+
+} // namespace mirlbench

@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Builds the benchmark (i686) with the skins it generates, and runs it under Wine: one table of
+# medians of ours and of a baseline that does the same work with the platform alone, the ratio,
+# and whether the target is met.
+#   scripts/run-bench.sh [ARGUMENTS OF mirl_bench.exe...]   e.g. --repetitions 9, --only lookup
+# Exits non-zero if the benchmark could not run; a missed target is reported, not a failure.
+set -uo pipefail
+cd "$(dirname "$0")/.."
+
+bash scripts/setup.sh || exit 1
+
+arch=i686
+JOBS=${MIRL_JOBS:-$(nproc)}
+
+echo "== building the benchmark ($arch)"
+cmake -S . -B "build/$arch" -G Ninja -DCMAKE_TOOLCHAIN_FILE="cmake/$arch-w64-mingw32.cmake" \
+    -DCMAKE_BUILD_TYPE=RelWithDebInfo >"build-$arch-configure.log" 2>&1 \
+    || { cat "build-$arch-configure.log"; exit 1; }
+rm -f "build-$arch-configure.log"
+cmake --build "build/$arch" -j "$JOBS" --target mirl_bench || exit 1
+
+source scripts/wine-session.sh
+wine_session_start
+
+echo "== measuring (i686 under Wine, $(nproc) processors)"
+scripts/wine-run.sh win32 "build/$arch/bin/mirl_bench.exe" "$@"
+status=$?
+
+wine_session_stop
+exit "$status"
