@@ -70,8 +70,7 @@ public:
     MirlButton();
     ~MirlButton() override;
 
-    // Creation and subclassing live in MIRL.dll, beside the destructor: a window's procedure
-    // thunk is taken from a heap of the module that allocates it and must go back there.
+    // Creation and subclassing live in MIRL.dll, beside the destructor that undoes them.
     HWND Create(MirlWindowBase *parent, HWND hWndParent, ATL::_U_RECT rect, const wchar_t *name,
                 unsigned long style = 0, unsigned long exStyle = 0, ATL::_U_MENUorID menuOrID = 0U,
                 void *createParam = NULL);

@@ -27,8 +27,8 @@ public:
     MirlStatic &operator=(const MirlStatic &source);
     ~MirlStatic() override;
 
-    // Defined in the library, so that the window procedure thunk is made and freed by one module
-    // whether the label comes from a template or from the application's own code.
+    // Defined in the library, beside the destructor that undoes them, whether the label comes
+    // from a template or from the application's own code.
     HWND Create(MirlWindowBase *parent, HWND hWndParent, ATL::_U_RECT rect, const wchar_t *name,
                 unsigned long style = 0, unsigned long exStyle = 0, ATL::_U_MENUorID menuOrID = 0U,
                 void *createParam = NULL);

@@ -36,7 +36,14 @@ public:
     BOOL Allocate()
     {
         if (m_pBlock == nullptr)
-            m_pBlock = static_cast<Block*>(::HeapAlloc(Heap(), HEAP_ZERO_MEMORY, sizeof(Block)));
+        {
+            const HANDLE heap = Heap();
+            if (heap == nullptr)
+                return FALSE;
+            m_pBlock = static_cast<Block*>(::HeapAlloc(heap, HEAP_ZERO_MEMORY, sizeof(Block)));
+            if (m_pBlock != nullptr)
+                m_pBlock->heap = heap;
+        }
         return m_pBlock != nullptr;
     }
 
@@ -74,11 +81,14 @@ private:
         unsigned char code[24];
         HWND hWnd;        // set once orphaned
         WNDPROC pfnSuper; // set once orphaned
+        // The heap the block came from. Every module that includes this header has a heap of
+        // its own, and a window made in one module may be destroyed by code of another.
+        HANDLE heap;
     };
 
     Block* m_pBlock = nullptr;
 
-    // One private heap whose pages may be executed; it lives as long as the process.
+    // One private heap per module whose pages may be executed; it lives as long as the process.
     static HANDLE Heap()
     {
         static const HANDLE heap = ::HeapCreate(HEAP_CREATE_ENABLE_EXECUTE, 0, 0);
@@ -88,7 +98,7 @@ private:
     static void Free(Block* pBlock)
     {
         if (pBlock != nullptr)
-            ::HeapFree(Heap(), 0, pBlock);
+            ::HeapFree(pBlock->heap, 0, pBlock);
     }
 
     static void Write(Block* pBlock, void* target, void* pThis)
