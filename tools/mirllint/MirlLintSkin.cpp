@@ -169,7 +169,7 @@ void Walker::LoadDocument(const std::wstring &name, const Location *include)
               L"include-too-deep");
         return;
     }
-    IStreamPtr stream = m_UI->ExtractFile(name.c_str());
+    IStreamPtr stream = ExtractDocument(m_UI, name);
     if (stream == nullptr) {
         if (include != nullptr) {
             Error(*include, L"'" + name + L"' is not in the package: the include reads nothing", L"include-missing");
@@ -458,6 +458,33 @@ const Attr *FindAttrExact(const std::vector<Attr> &attributes, const wchar_t *na
         }
     }
     return nullptr;
+}
+
+IStreamPtr ExtractDocument(MirlUI *ui, const std::wstring &name)
+{
+    HGLOBAL block = static_cast<HGLOBAL>(ui->ExtractFileToHGLOBAL(name.c_str()));
+    if (block == nullptr) {
+        return IStreamPtr();
+    }
+    const SIZE_T size = GlobalSize(block);
+    SIZE_T length = 0;
+    if (const unsigned char *data = size > 0 ? static_cast<const unsigned char *>(GlobalLock(block)) : nullptr) {
+        length = size;
+        while (length > 0 && data[length - 1] == 0) {
+            --length;
+        }
+        GlobalUnlock(block);
+        length += length % 2 != 0 && length < size ? 1 : 0;
+    }
+    IStream *stream = nullptr;
+    if (FAILED(CreateStreamOnHGlobal(block, TRUE, &stream)) || stream == nullptr) {
+        GlobalFree(block);
+        return IStreamPtr();
+    }
+    ULARGE_INTEGER content;
+    content.QuadPart = length;
+    stream->SetSize(content);
+    return IStreamPtr(stream, false);
 }
 
 const Definition *Skin::Find(unsigned long type, const std::wstring &name, unsigned int language) const

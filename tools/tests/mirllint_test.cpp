@@ -4,6 +4,8 @@
 
 #include "MirlLintReport.h"
 #include "MirlLintRules.h"
+#include "MirlLintSkin.h"
+#include "MirlToolSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -265,6 +267,31 @@ TEST(MirlLint, UsageMistakesExitWithTwo)
     EXPECT_EQ(2u, RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(L"lint_clean")) + L" --colour").exitCode);
     EXPECT_EQ(2u, RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(L"lint_clean")) + L" --lang 0x409").exitCode);
     EXPECT_EQ(2u, RunTool(L"mirllint.exe", L"a.zip b.zip").exitCode);
+}
+
+// ---- Reading the package ----
+
+TEST(MirlLintSkin, DocumentsAreParsedFromWhatTheirEntryHoldsNotFromWhatItsDirectoryDeclares)
+{
+    // A document of 48 bytes whose records declare 64 MiB: the rest of the block is zeros,
+    // which MSXML took about half a minute to crawl through.
+    const std::wstring package = mirltooltest::BinDir() + L"\\fuzz-regressions\\hang-declared-64mib-document.zip";
+    mirltool::LibraryStart start = mirltool::StartLibrary(package.c_str(), 1033);
+    ASSERT_TRUE(start.loaded);
+    IStreamPtr document = mirllint::ExtractDocument(MirlUI::Instance(), L"Skin.xml");
+    IStreamPtr entry = MirlUI::Instance()->ExtractFile(L"Skin.xml");
+    STATSTG documentStat = {};
+    STATSTG entryStat = {};
+    ASSERT_NE(nullptr, document);
+    ASSERT_NE(nullptr, entry);
+    document->Stat(&documentStat, STATFLAG_NONAME);
+    entry->Stat(&entryStat, STATFLAG_NONAME);
+    EXPECT_EQ(48u, documentStat.cbSize.QuadPart);
+    EXPECT_EQ(64u * 1024 * 1024, entryStat.cbSize.QuadPart);
+    EXPECT_EQ(nullptr, mirllint::ExtractDocument(MirlUI::Instance(), L"Gone.xml"));
+    document = nullptr;
+    entry = nullptr;
+    MirlUnIntialize();
 }
 
 // ---- The rules, without a skin ----
