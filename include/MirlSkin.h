@@ -228,8 +228,7 @@ public:
     unsigned int GetCurrentLanguage();
 
     // Exact lookup in one language: the first element of that name in document order. Its cost
-    // doesn't grow with the skin; elements must therefore keep their names (no SetName) while
-    // the manager holds them.
+    // doesn't grow with the skin.
     MirlUiElement *GetUiElement(const wchar_t *name, unsigned long type, unsigned int language);
     // The current language first, then 1033.
     MirlUiElement *GetUiElement(const wchar_t *name, unsigned long type);

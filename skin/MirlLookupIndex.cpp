@@ -1,7 +1,21 @@
 #include "MirlLookupIndex.h"
 
+#include <windows.h>
+
 #include <cwchar>
 #include <new>
+
+namespace {
+
+// Names change on any thread that loads elements; the count only has to differ after a change.
+volatile LONG g_NameChanges = 0;
+
+} // namespace
+
+void MirlLookupIndex::NoteNameChange()
+{
+    ::InterlockedIncrement(&g_NameChanges);
+}
 
 MirlUiElement *MirlLookupIndex::Walk(const std::vector<MirlUiElement *> &list, const wchar_t *name)
 {
@@ -104,6 +118,11 @@ MirlUiElement *MirlLookupIndex::Find(unsigned long type, unsigned int language,
 {
     if (type < UI_ELEMENT_INFORMATION || type > UI_ELEMENT_WINDOW) {
         return Walk(list, name);
+    }
+    const long changes = ::InterlockedCompareExchange(&g_NameChanges, 0, 0);
+    if (changes != m_NameChanges) {
+        Clear();
+        m_NameChanges = changes;
     }
     try {
         ListIndex &index = m_Lists[type - 1][language];

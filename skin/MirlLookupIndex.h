@@ -4,8 +4,9 @@
 // The lists stay the model of order and ownership; the index only remembers how far it has
 // read each list and catches up with what was appended since, keeping the first element of a
 // name it meets. So "the first definition wins" holds by construction, also across includes.
-// Slots point at the elements' names: elements must keep their names while they are listed,
-// and the index must be cleared whenever the lists are.
+// An element may be renamed (SetName, or Load again) while it is listed: every change of a name
+// is counted, and a lookup after one starts the index again. The index must be cleared whenever
+// the lists are.
 #pragma once
 
 #include "MirlSkin.h"
@@ -21,6 +22,8 @@ public:
     MirlUiElement *Find(unsigned long type, unsigned int language, const std::vector<MirlUiElement *> &list,
                         const wchar_t *name);
     void Clear();
+    // Called whenever an element's name changes, listed or not.
+    static void NoteNameChange();
     // The same answer by walking the list in order.
     static MirlUiElement *Walk(const std::vector<MirlUiElement *> &list, const wchar_t *name);
 
@@ -50,4 +53,6 @@ private:
 
     // One index per type (1 to 6) and language, like the manager's language maps.
     std::map<unsigned int, ListIndex> m_Lists[UI_ELEMENT_WINDOW];
+    // The count of name changes the index was built under.
+    long m_NameChanges = 0;
 };

@@ -1,5 +1,6 @@
 #include "MirlSkin.h"
 
+#include "MirlLookupIndex.h"
 #include "MirlXmlAttributes.h"
 
 #include <cwchar>
@@ -51,6 +52,7 @@ bool MirlUiElement::Load(IXMLDOMNodePtr node)
     }
     m_Name.assign(name != nullptr ? name : L"", name != nullptr ? SysStringLen(name) : 0);
     SysFreeString(name);
+    MirlLookupIndex::NoteNameChange();
     return true;
 }
 
@@ -78,6 +80,7 @@ const wchar_t *MirlUiElement::GetName() const
 void MirlUiElement::SetName(const wchar_t *name)
 {
     m_Name = name != nullptr ? name : L"";
+    MirlLookupIndex::NoteNameChange();
 }
 
 bool MirlUiElement::IsElement(const wchar_t *name) const

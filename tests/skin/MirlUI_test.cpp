@@ -225,3 +225,26 @@ TEST_F(UiManagerTest, EnumerationListsLanguagesAscendingAndElementsInOrder)
     EXPECT_EQ(0u, m_Ui.GetLanguageCount(0));
     EXPECT_EQ(0u, m_Ui.GetUiElementCount(UI_ELEMENT_COLOR, 1033));
 }
+
+TEST_F(UiManagerTest, RenamingAListedElementMovesItsLookupToTheNewName)
+{
+    MirlUiElementText *first = MakeText(L"TxtOpen", L"Open");
+    MirlUiElementText *second = MakeText(L"TxtClose", L"Close");
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, first);
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, second);
+    ASSERT_EQ(first, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
+    ASSERT_EQ(second, m_Ui.GetUiElement(L"TxtClose", UI_ELEMENT_TEXT));
+
+    first->SetName(L"TxtRenamed");
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
+    EXPECT_EQ(first, m_Ui.GetUiElement(L"TxtRenamed", UI_ELEMENT_TEXT));
+
+    // The earlier element now shares the later one's name, and the earlier one wins.
+    first->SetName(L"TxtClose");
+    EXPECT_EQ(first, m_Ui.GetUiElement(L"TxtClose", UI_ELEMENT_TEXT));
+
+    // Loading a listed element again renames it too.
+    second->Load(mirltest::ParseElement(L"<TxtReloaded Text='Again'/>"));
+    EXPECT_EQ(second, m_Ui.GetUiElement(L"TxtReloaded", UI_ELEMENT_TEXT));
+    EXPECT_EQ(first, m_Ui.GetUiElement(L"TxtClose", UI_ELEMENT_TEXT));
+}
