@@ -421,6 +421,24 @@ bool IsWellFormedInteger(const std::wstring &value)
            std::all_of(value.begin() + static_cast<long>(start), value.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
 }
 
+// ---- Rules ----
+
+const std::vector<std::wstring> &RuleNames()
+{
+    static const std::vector<std::wstring> names = {
+        L"attribute-case",        L"class-listbox",         L"comment-in-language", L"control-image-missing",
+        L"duplicate-sibling",     L"font-family-too-long",  L"image-file-missing",  L"image-unreadable",
+        L"include-cycle",         L"include-misplaced",     L"include-missing",     L"include-repeated",
+        L"include-too-deep",      L"layout-word",           L"lint-mismatch",       L"loader-error",
+        L"missing-element",       L"not-well-formed",       L"package-unreadable",  L"position-word",
+        L"root-not-skin",         L"section-case",          L"shadowed-definition", L"style-not-child",
+        L"style-word",            L"template-boolean",      L"template-no-class",   L"template-number",
+        L"template-too-deep",     L"template-too-few-attributes", L"text-coverage", L"text-in-section",
+        L"text-no-fallback",      L"unconvertible-value",   L"unknown-attribute",   L"unknown-class",
+        L"unknown-section",       L"url-scheme"};
+    return names;
+}
+
 // ---- Names ----
 
 size_t EditDistance(const std::wstring &a, const std::wstring &b)

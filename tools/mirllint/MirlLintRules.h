@@ -96,6 +96,11 @@ bool IsBooleanAttribute(const std::wstring &name);
 // hexadecimal digits.
 bool IsWellFormedInteger(const std::wstring &value);
 
+// ---- Rules ----
+
+// The name of every rule that a finding can carry, in alphabetical order.
+const std::vector<std::wstring> &RuleNames();
+
 // ---- Names ----
 
 // The number of single-letter edits between two words, ignoring case.
