@@ -5,12 +5,13 @@
 
 #include <unzip.h>
 
+#include <cstring>
+#include <memory>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace {
-
-// minizip's case-insensitive name comparison.
-const int kCaseInsensitive = 2;
 
 // A stream that owns the block; null (and the block freed) if it can't be made.
 IStreamPtr StreamOnBlock(HGLOBAL block)
@@ -43,18 +44,119 @@ SIZE_T ContentLength(HGLOBAL block)
     return length + (length % 2 != 0 && length < size ? 1 : 0);
 }
 
+// minizip's UNZ_MAXFILENAMEINZIP, which unzip.c keeps to itself: it looks for no name this long,
+// and reads no more of an entry's name than this.
+const size_t kNameLimit = 256;
+
+// A name as minizip's case-insensitive comparison sees it: ASCII letters in upper case, other
+// bytes as they are.
+std::string FoldedName(const char *name)
+{
+    std::string folded(name);
+    for (char &c : folded) {
+        if (c >= 'a' && c <= 'z') {
+            c = static_cast<char>(c - 0x20);
+        }
+    }
+    return folded;
+}
+
 } // namespace
 
-MirlSkinPackage::MirlSkinPackage() : m_ZipHandle(nullptr)
+// Every name of the archive, read once, so that finding an entry is one jump rather than a
+// walk over the whole central directory for each. Finding answers exactly as unzLocateFile
+// does: the walk below is its walk, the first of several equal names wins, and once a walk
+// has run into a record minizip can't read, minizip's handle finds nothing any more.
+struct MirlSkinPackage::Directory {
+    std::unordered_map<std::string, unz64_file_pos> firstOfName;
+    // minizip's handle finds nothing any more.
+    bool exhausted = false;
+    // The walk stopped at an unreadable record: a name it didn't pass leaves minizip's
+    // handle unable to find anything.
+    bool endsOnDamage = false;
+
+    void Read(unzFile zip);
+};
+
+void MirlSkinPackage::Directory::Read(unzFile zip)
+{
+    int status = unzGoToFirstFile(zip);
+    if (status != UNZ_OK) {
+        // As after unzOpen: minizip has no current entry to start from.
+        exhausted = true;
+        return;
+    }
+    for (;;) {
+        char name[kNameLimit + 1];
+        // unzLocateFile's own buffer: a longer name is cut at 256 bytes and not terminated.
+        status = unzGetCurrentFileInfo64(zip, nullptr, name, sizeof(name) - 1, nullptr, 0, nullptr, 0);
+        if (status != UNZ_OK) {
+            // A name that can't be read ends the search there, without harm to the handle.
+            return;
+        }
+        name[kNameLimit] = '\0';
+        unz64_file_pos position = {};
+        unzGetFilePos64(zip, &position);
+        std::string key = FoldedName(name);
+        // A name of 256 bytes or more never equals one that minizip accepts to look for.
+        if (key.size() < kNameLimit) {
+            firstOfName.emplace(std::move(key), position);
+        }
+        status = unzGoToNextFile(zip);
+        if (status != UNZ_OK) {
+            endsOnDamage = status != UNZ_END_OF_LIST_OF_FILE;
+            return;
+        }
+    }
+}
+
+MirlSkinPackage::MirlSkinPackage() : m_ZipHandle(nullptr), m_Directory(nullptr)
 {
 }
 
 MirlSkinPackage::~MirlSkinPackage()
 {
+    Close();
+}
+
+void MirlSkinPackage::Close()
+{
     if (m_ZipHandle != nullptr) {
         unzClose(static_cast<unzFile>(m_ZipHandle));
         m_ZipHandle = nullptr;
     }
+    delete m_Directory;
+    m_Directory = nullptr;
+}
+
+bool MirlSkinPackage::Locate(const char *fileName)
+{
+    unzFile zip = static_cast<unzFile>(m_ZipHandle);
+    if (std::strlen(fileName) >= kNameLimit) {
+        // minizip refuses such a name before it looks.
+        return false;
+    }
+    if (m_Directory == nullptr) {
+        std::unique_ptr<Directory> directory(new Directory());
+        directory->Read(zip);
+        m_Directory = directory.release();
+    }
+    if (m_Directory->exhausted) {
+        return false;
+    }
+    std::unordered_map<std::string, unz64_file_pos>::const_iterator found =
+        m_Directory->firstOfName.find(FoldedName(fileName));
+    if (found == m_Directory->firstOfName.end()) {
+        if (m_Directory->endsOnDamage) {
+            m_Directory->exhausted = true;
+        }
+        return false;
+    }
+    if (unzGoToFilePos64(zip, &found->second) != UNZ_OK) {
+        m_Directory->exhausted = true;
+        return false;
+    }
+    return true;
 }
 
 std::string MirlSkinPackage::ToAnsi(const wchar_t *text)
@@ -78,10 +180,7 @@ std::string MirlSkinPackage::ToAnsi(const wchar_t *text)
 void MirlSkinPackage::Open(const wchar_t *path)
 {
     std::string narrow = ToAnsi(path);
-    if (m_ZipHandle != nullptr) {
-        unzClose(static_cast<unzFile>(m_ZipHandle));
-        m_ZipHandle = nullptr;
-    }
+    Close();
     m_ZipHandle = unzOpen(narrow.c_str());
     if (m_ZipHandle == nullptr) {
         MIRL::RaiseMirlException(MIRL_ERROR_PACKAGE_OPEN, narrow.c_str());
@@ -99,7 +198,7 @@ void *MirlSkinPackage::ExtractFileToHGLOBAL(const char *fileName)
     if (zip == nullptr || fileName == nullptr) {
         return nullptr;
     }
-    if (unzLocateFile(zip, fileName, kCaseInsensitive) != UNZ_OK) {
+    if (!Locate(fileName)) {
         return nullptr;
     }
     unz_file_info info = {};

@@ -39,5 +39,12 @@ private:
     MirlSkinPackage(const MirlSkinPackage &) = delete;
     MirlSkinPackage &operator=(const MirlSkinPackage &) = delete;
 
+    // Positions minizip's current entry on the entry of that name, as unzLocateFile would.
+    bool Locate(const char *fileName);
+    void Close();
+
     void *m_ZipHandle;
+    // The archive's names, read once when it opens (see MirlSkinPackage.cpp).
+    struct Directory;
+    Directory *m_Directory;
 };

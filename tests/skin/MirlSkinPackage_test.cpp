@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 using mirltest::SkinPath;
@@ -86,10 +87,121 @@ std::string ExpectedData()
     return text;
 }
 
+void PutLe16(std::vector<unsigned char> &out, unsigned value)
+{
+    out.push_back(static_cast<unsigned char>(value & 0xFF));
+    out.push_back(static_cast<unsigned char>((value >> 8) & 0xFF));
+}
+
+void PutLe32(std::vector<unsigned char> &out, unsigned long value)
+{
+    PutLe16(out, static_cast<unsigned>(value & 0xFFFF));
+    PutLe16(out, static_cast<unsigned>((value >> 16) & 0xFFFF));
+}
+
+unsigned long Crc32(const std::string &data)
+{
+    unsigned long crc = 0xFFFFFFFFUL;
+    for (unsigned char byte : data) {
+        crc ^= byte;
+        for (int bit = 0; bit < 8; ++bit) {
+            crc = (crc >> 1) ^ (0xEDB88320UL & (0UL - (crc & 1)));
+        }
+    }
+    return crc ^ 0xFFFFFFFFUL;
+}
+
+// A ZIP of stored entries, named exactly as given (equal names and zero bytes included).
+std::vector<unsigned char> StoredZip(const std::vector<std::pair<std::string, std::string>> &entries)
+{
+    std::vector<unsigned char> zip;
+    std::vector<unsigned char> directory;
+    for (const auto &entry : entries) {
+        const unsigned long offset = static_cast<unsigned long>(zip.size());
+        const unsigned long crc = Crc32(entry.second);
+        const unsigned long size = static_cast<unsigned long>(entry.second.size());
+        const unsigned nameLength = static_cast<unsigned>(entry.first.size());
+        PutLe32(zip, 0x04034b50UL);
+        PutLe16(zip, 20); // version needed
+        PutLe16(zip, 0);  // flags
+        PutLe16(zip, 0);  // stored
+        PutLe16(zip, 0);  // time
+        PutLe16(zip, 0x21); // 1980-01-01
+        PutLe32(zip, crc);
+        PutLe32(zip, size);
+        PutLe32(zip, size);
+        PutLe16(zip, nameLength);
+        PutLe16(zip, 0);
+        zip.insert(zip.end(), entry.first.begin(), entry.first.end());
+        zip.insert(zip.end(), entry.second.begin(), entry.second.end());
+
+        PutLe32(directory, 0x02014b50UL);
+        PutLe16(directory, 20); // made by
+        PutLe16(directory, 20); // needed
+        PutLe16(directory, 0);
+        PutLe16(directory, 0);
+        PutLe16(directory, 0);
+        PutLe16(directory, 0x21);
+        PutLe32(directory, crc);
+        PutLe32(directory, size);
+        PutLe32(directory, size);
+        PutLe16(directory, nameLength);
+        PutLe16(directory, 0); // extra
+        PutLe16(directory, 0); // comment
+        PutLe16(directory, 0); // disk
+        PutLe16(directory, 0); // internal attributes
+        PutLe32(directory, 0); // external attributes
+        PutLe32(directory, offset);
+        directory.insert(directory.end(), entry.first.begin(), entry.first.end());
+    }
+    const unsigned long directoryOffset = static_cast<unsigned long>(zip.size());
+    zip.insert(zip.end(), directory.begin(), directory.end());
+    PutLe32(zip, 0x06054b50UL);
+    PutLe16(zip, 0);
+    PutLe16(zip, 0);
+    PutLe16(zip, static_cast<unsigned>(entries.size()));
+    PutLe16(zip, static_cast<unsigned>(entries.size()));
+    PutLe32(zip, static_cast<unsigned long>(directory.size()));
+    PutLe32(zip, directoryOffset);
+    PutLe16(zip, 0);
+    return zip;
+}
+
+// The entry's bytes, or "(absent)".
+std::string EntryText(MirlSkinPackage &package, const wchar_t *name)
+{
+    HGLOBAL block = static_cast<HGLOBAL>(package.ExtractFileToHGLOBAL(name));
+    if (block == nullptr) {
+        return "(absent)";
+    }
+    std::string text = ReadEntry(block);
+    GlobalFree(block);
+    return text;
+}
+
 class SkinPackageTest : public ::testing::Test {
 protected:
+    // Writes an archive beside the tests and opens it; it is deleted after the test.
+    std::wstring OpenTempZip(const std::vector<unsigned char> &zip, const wchar_t *name)
+    {
+        std::wstring path = WriteTempZip(zip, name);
+        m_TempFiles.push_back(path);
+        m_Package.Open(path.c_str());
+        return path;
+    }
+
+    void TearDown() override
+    {
+        // Another archive in its place lets go of the written one.
+        m_Package.Open(SkinPath(L"package").c_str());
+        for (const std::wstring &path : m_TempFiles) {
+            DeleteFileW(path.c_str());
+        }
+    }
+
     mirltest::ComScope m_Com;
     MirlSkinPackage m_Package;
+    std::vector<std::wstring> m_TempFiles;
 };
 
 } // namespace
@@ -291,4 +403,73 @@ TEST_F(SkinPackageTest, CorruptDeflateDataGivesBlockOfDeclaredSize)
     EXPECT_NE(ExpectedData(), ReadEntry(block));
     GlobalFree(block);
     DeleteFileW(path.c_str());
+}
+
+TEST_F(SkinPackageTest, OfEntriesWithEqualNamesInAnyLetterCaseTheFirstIsFound)
+{
+    OpenTempZip(StoredZip({{"Other.txt", "other"}, {"Dup.txt", "first"}, {"DUP.TXT", "second"}, {"dup.txt", "third"}}),
+                L"duplicates.zip");
+    EXPECT_EQ("first", EntryText(m_Package, L"dUp.TxT"));
+    EXPECT_EQ("first", EntryText(m_Package, L"DUP.TXT"));
+    EXPECT_EQ("other", EntryText(m_Package, L"other.TXT"));
+    EXPECT_EQ("first", EntryText(m_Package, L"dup.txt"));
+}
+
+TEST_F(SkinPackageTest, OnlyAsciiLettersMatchInEitherCase)
+{
+    OpenTempZip(StoredZip({{"\xC4pfel.txt", "apples"}, {"Stra\xDF" "e.txt", "street"}}), L"ansi-names.zip");
+    EXPECT_EQ("apples", EntryText(m_Package, L"\u00C4PFEL.TXT"));
+    EXPECT_EQ("(absent)", EntryText(m_Package, L"\u00E4pfel.txt"));
+    EXPECT_EQ("street", EntryText(m_Package, L"STRA\u00DFE.txt"));
+}
+
+TEST_F(SkinPackageTest, AnEntryNameEndsAtItsFirstZeroByte)
+{
+    OpenTempZip(StoredZip({{std::string("Cut\0Rest.txt", 12), "cut"}, {"Cut", "later"}}), L"zero-name.zip");
+    EXPECT_EQ("cut", EntryText(m_Package, L"cut"));
+    EXPECT_EQ("(absent)", EntryText(m_Package, L"Cut\u0001Rest.txt"));
+}
+
+TEST_F(SkinPackageTest, NamesOfUpTo255BytesAreFoundAndLongerOnesNever)
+{
+    const std::string longest(255, 'n');
+    const std::string tooLong(256, 'n');
+    OpenTempZip(StoredZip({{tooLong, "too long"}, {longest, "longest"}, {"Short.txt", "short"}}), L"long-names.zip");
+    EXPECT_EQ("longest", EntryText(m_Package, std::wstring(255, L'N').c_str()));
+    EXPECT_EQ("(absent)", EntryText(m_Package, std::wstring(256, L'n').c_str()));
+    EXPECT_EQ("short", EntryText(m_Package, L"Short.txt"));
+}
+
+// minizip's search stops at a directory record it can't read, and its handle then finds
+// nothing more, not even entries before that record. The package keeps that outcome.
+TEST_F(SkinPackageTest, AfterASearchRunsIntoAnUnreadableDirectoryRecordNothingIsFound)
+{
+    std::vector<unsigned char> zip = StoredZip({{"A.txt", "a"}, {"B.txt", "b"}, {"C.txt", "c"}});
+    size_t record = CentralRecordOf(zip, "B.txt");
+    ASSERT_NE(std::string::npos, record);
+    zip[record + 3] = 0x00; // no longer a directory record's signature
+    const std::wstring path = OpenTempZip(zip, L"damaged-directory.zip");
+    EXPECT_EQ("a", EntryText(m_Package, L"A.txt"));
+    EXPECT_EQ("a", EntryText(m_Package, L"a.TXT"));
+    // A name too long to look for is refused before any search.
+    EXPECT_EQ("(absent)", EntryText(m_Package, std::wstring(300, L'x').c_str()));
+    EXPECT_EQ("a", EntryText(m_Package, L"A.txt"));
+    EXPECT_EQ("(absent)", EntryText(m_Package, L"C.txt"));
+    EXPECT_EQ("(absent)", EntryText(m_Package, L"A.txt"));
+    // A new opening starts afresh.
+    m_Package.Open(path.c_str());
+    EXPECT_EQ("a", EntryText(m_Package, L"A.txt"));
+    EXPECT_EQ("(absent)", EntryText(m_Package, L"B.txt"));
+    EXPECT_EQ("(absent)", EntryText(m_Package, L"A.txt"));
+}
+
+TEST_F(SkinPackageTest, AnUnreadableFirstDirectoryRecordHidesEveryEntry)
+{
+    std::vector<unsigned char> zip = StoredZip({{"A.txt", "a"}, {"B.txt", "b"}});
+    size_t record = CentralRecordOf(zip, "A.txt");
+    ASSERT_NE(std::string::npos, record);
+    zip[record + 3] = 0x00;
+    OpenTempZip(zip, L"damaged-first.zip");
+    EXPECT_EQ("(absent)", EntryText(m_Package, L"A.txt"));
+    EXPECT_EQ("(absent)", EntryText(m_Package, L"B.txt"));
 }
