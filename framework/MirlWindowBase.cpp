@@ -4,7 +4,9 @@
 #include "MirlLayout.h"
 #include "MirlStyleTables.h"
 
+#include <cstring>
 #include <cwchar>
+#include <new>
 
 // ---- MirlTransparentDC ----
 
@@ -398,6 +400,173 @@ void LayoutChildWindows(MirlWindowBase *parent, const std::vector<MirlWindowBase
         }
         previous = place;
     }
+}
+
+namespace {
+
+// One shared font: its description, the windows holding it, and the one-line widths measured in
+// it. The list is empty whenever no window holds a font.
+struct SharedFont {
+    LOGFONTW key;
+    Gdiplus::Font *font;
+    long users;
+    std::vector<std::pair<std::wstring, float>> widths;
+    SharedFont *next;
+};
+
+SRWLOCK g_FontLock = SRWLOCK_INIT;
+SharedFont *g_Fonts = NULL;
+
+// The description with everything after the face name's end cleared, so that two equal
+// descriptions compare equal byte for byte.
+LOGFONTW FontKey(const LOGFONTW &logFont)
+{
+    LOGFONTW key = logFont;
+    size_t length = wcsnlen(key.lfFaceName, LF_FACESIZE);
+    for (size_t i = length; i < LF_FACESIZE; ++i) {
+        key.lfFaceName[i] = L'\0';
+    }
+    return key;
+}
+
+SharedFont *FindShared(const LOGFONTW &key)
+{
+    for (SharedFont *entry = g_Fonts; entry != NULL; entry = entry->next) {
+        if (std::memcmp(&entry->key, &key, sizeof(key)) == 0) {
+            return entry;
+        }
+    }
+    return NULL;
+}
+
+SharedFont *FindShared(Gdiplus::Font *font)
+{
+    for (SharedFont *entry = g_Fonts; entry != NULL; entry = entry->next) {
+        if (entry->font == font) {
+            return entry;
+        }
+    }
+    return NULL;
+}
+
+} // namespace
+
+Gdiplus::Font *AcquireFont(HWND hWnd, const LOGFONTW &logFont)
+{
+    const LOGFONTW key = FontKey(logFont);
+    // A window without a device context gets no font, shared or not.
+    if (hWnd != NULL && !::IsWindow(hWnd)) {
+        return NULL;
+    }
+    ::AcquireSRWLockExclusive(&g_FontLock);
+    SharedFont *shared = FindShared(key);
+    if (shared != NULL) {
+        ++shared->users;
+    }
+    ::ReleaseSRWLockExclusive(&g_FontLock);
+    if (shared != NULL) {
+        return shared->font;
+    }
+
+    // Made outside the lock: GDI+ and the device context may take their own.
+    Gdiplus::Font *font = NULL;
+    HDC dc = ::GetDC(hWnd);
+    if (dc != NULL) {
+        font = new Gdiplus::Font(dc, &key);
+        if (font != NULL && font->GetLastStatus() != Gdiplus::Ok) {
+            delete font;
+            font = NULL;
+        }
+        ::ReleaseDC(hWnd, dc);
+    }
+    if (font == NULL) {
+        return NULL;
+    }
+    ::AcquireSRWLockExclusive(&g_FontLock);
+    shared = FindShared(key);
+    if (shared != NULL) {
+        // Another thread made it meanwhile.
+        ++shared->users;
+        ::ReleaseSRWLockExclusive(&g_FontLock);
+        delete font;
+        return shared->font;
+    }
+    SharedFont *entry = new (std::nothrow) SharedFont();
+    if (entry == NULL) {
+        ::ReleaseSRWLockExclusive(&g_FontLock);
+        delete font;
+        return NULL;
+    }
+    entry->key = key;
+    entry->font = font;
+    entry->users = 1;
+    entry->next = g_Fonts;
+    g_Fonts = entry;
+    ::ReleaseSRWLockExclusive(&g_FontLock);
+    return font;
+}
+
+void ReleaseFont(Gdiplus::Font *font)
+{
+    if (font == NULL) {
+        return;
+    }
+    ::AcquireSRWLockExclusive(&g_FontLock);
+    SharedFont *found = NULL;
+    for (SharedFont **link = &g_Fonts; *link != NULL; link = &(*link)->next) {
+        if ((*link)->font == font) {
+            if (--(*link)->users == 0) {
+                found = *link;
+                *link = found->next;
+            }
+            break;
+        }
+    }
+    ::ReleaseSRWLockExclusive(&g_FontLock);
+    if (found != NULL) {
+        delete found->font;
+        delete found;
+    }
+}
+
+bool RecallTextWidth(Gdiplus::Font *font, const wchar_t *text, float &width)
+{
+    if (font == NULL || text == NULL) {
+        return false;
+    }
+    bool known = false;
+    ::AcquireSRWLockExclusive(&g_FontLock);
+    SharedFont *entry = FindShared(font);
+    if (entry != NULL) {
+        for (const std::pair<std::wstring, float> &measured : entry->widths) {
+            if (measured.first == text) {
+                width = measured.second;
+                known = true;
+                break;
+            }
+        }
+    }
+    ::ReleaseSRWLockExclusive(&g_FontLock);
+    return known;
+}
+
+void RememberTextWidth(Gdiplus::Font *font, const wchar_t *text, float width)
+{
+    // A few distinct captions per font are the rule; a skin with many keeps the first ones.
+    const size_t kMaxWidths = 64;
+    if (font == NULL || text == NULL) {
+        return;
+    }
+    ::AcquireSRWLockExclusive(&g_FontLock);
+    SharedFont *entry = FindShared(font);
+    if (entry != NULL && entry->widths.size() < kMaxWidths) {
+        try {
+            entry->widths.push_back(std::make_pair(std::wstring(text), width));
+        } catch (...) {
+            // Not remembered: it is measured again next time.
+        }
+    }
+    ::ReleaseSRWLockExclusive(&g_FontLock);
 }
 
 void PaintParentBackground(HWND hWnd, MirlWindowBase *source, HDC dc)

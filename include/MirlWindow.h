@@ -180,6 +180,16 @@ MIRL_API void LayoutChildWindows(MirlWindowBase *parent, const std::vector<MirlW
                                  int width, int height);
 // Copies the part of the source's memory picture that lies beneath the window into dc.
 MIRL_API void PaintParentBackground(HWND hWnd, MirlWindowBase *source, HDC dc);
+
+// The GDI+ font of a description, one for all the windows that use it: made from the window's
+// device context by the first, freed when the last releases it. Null if no font can be made
+// (then nothing is counted and nothing needs releasing).
+MIRL_API Gdiplus::Font *AcquireFont(HWND hWnd, const LOGFONTW &logFont);
+MIRL_API void ReleaseFont(Gdiplus::Font *font);
+// The width of a one-line text measured from the origin in a font that AcquireFont gave, as
+// remembered with the font; false if it has not been remembered.
+MIRL_API bool RecallTextWidth(Gdiplus::Font *font, const wchar_t *text, float &width);
+MIRL_API void RememberTextWidth(Gdiplus::Font *font, const wchar_t *text, float width);
 } // namespace MIRL
 
 template <class T, class TBase = MirlWindowBase, class TWinTraits = ATL::CWinTraits<0x56000000, 0>>
@@ -255,16 +265,8 @@ public:
         ReleaseResource();
         m_BkBrush = new Gdiplus::SolidBrush(Gdiplus::Color(static_cast<Gdiplus::ARGB>(this->m_ClBkGround)));
         m_TxBrush = new Gdiplus::SolidBrush(Gdiplus::Color(static_cast<Gdiplus::ARGB>(this->m_ClText)));
-        HDC dc = ::GetDC(this->m_hWnd);
-        if (dc != NULL) {
-            m_TxFont = new Gdiplus::Font(dc, &this->m_LogFont);
-            if (m_TxFont->GetLastStatus() != Gdiplus::Ok) {
-                // No font means no text, not a broken object.
-                delete m_TxFont;
-                m_TxFont = NULL;
-            }
-            ::ReleaseDC(this->m_hWnd, dc);
-        }
+        // No font means no text, not a broken object.
+        m_TxFont = MIRL::AcquireFont(this->m_hWnd, this->m_LogFont);
     }
 
     void ReleaseResource()
@@ -273,7 +275,7 @@ public:
         m_BkBrush = NULL;
         delete m_TxBrush;
         m_TxBrush = NULL;
-        delete m_TxFont;
+        MIRL::ReleaseFont(m_TxFont);
         m_TxFont = NULL;
     }
 

@@ -383,22 +383,27 @@ void MirlButton::GrowToCaption()
         (MirlWindowBase::m_Align & (ALIGN_PARENT_WIDTH | ALIGN_PARENT_HEIGHT)) != 0) {
         return;
     }
-    HDC dc = ::GetDC(m_hWnd);
-    if (dc == NULL) {
-        return;
-    }
+    const bool multiline = (WindowStyle() & BS_MULTILINE) != 0;
     Gdiplus::RectF box;
-    {
-        Gdiplus::Graphics graphics(dc);
-        // The '&' of a link still count here: a linked caption asks for a little more room.
-        if (WindowStyle() & BS_MULTILINE) {
-            Gdiplus::RectF frame(0.0f, 0.0f, static_cast<float>(m_Width), static_cast<float>(m_Height));
-            graphics.MeasureString(m_Text.c_str(), -1, m_TxFont, frame, NULL, &box);
-        } else {
-            graphics.MeasureString(m_Text.c_str(), -1, m_TxFont, Gdiplus::PointF(0.0f, 0.0f), &box);
+    // Buttons of one font share their captions: a one-line width measured once serves them all.
+    if (multiline || !MIRL::RecallTextWidth(m_TxFont, m_Text.c_str(), box.Width)) {
+        HDC dc = ::GetDC(m_hWnd);
+        if (dc == NULL) {
+            return;
         }
+        {
+            Gdiplus::Graphics graphics(dc);
+            // The '&' of a link still count here: a linked caption asks for a little more room.
+            if (multiline) {
+                Gdiplus::RectF frame(0.0f, 0.0f, static_cast<float>(m_Width), static_cast<float>(m_Height));
+                graphics.MeasureString(m_Text.c_str(), -1, m_TxFont, frame, NULL, &box);
+            } else {
+                graphics.MeasureString(m_Text.c_str(), -1, m_TxFont, Gdiplus::PointF(0.0f, 0.0f), &box);
+                MIRL::RememberTextWidth(m_TxFont, m_Text.c_str(), box.Width);
+            }
+        }
+        ::ReleaseDC(m_hWnd, dc);
     }
-    ::ReleaseDC(m_hWnd, dc);
     long long needed = static_cast<long long>(MIRL::TruncateToInt(box.Width)) + 12;
     if (m_Style & BS_MENU) {
         needed += m_ArrowWidth;

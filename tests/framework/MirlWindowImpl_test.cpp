@@ -209,3 +209,48 @@ TEST_F(FrameTest, LayoutRunsOnEverySizeAlsoToZero)
     ::SendMessageW(m_Frame.m_hWnd, WM_SIZE, SIZE_MINIMIZED, MAKELPARAM(400, 300));
     ExpectPlace(L"L2", 340, 250, 50, 30);
 }
+
+TEST_F(FrameTest, WindowsOfOneFontShareOneGdiplusFontUntilTheLastLetsGo)
+{
+    Open(L"Layout");
+    ASSERT_NE(nullptr, m_Frame.GetTxFont());
+    LOGFONTW same = m_Frame.GetLogFont();
+    Gdiplus::Font *shared = MIRL::AcquireFont(m_Frame.m_hWnd, same);
+    EXPECT_EQ(m_Frame.GetTxFont(), shared);
+    LOGFONTW other = same;
+    other.lfHeight += 7;
+    Gdiplus::Font *own = MIRL::AcquireFont(m_Frame.m_hWnd, other);
+    ASSERT_NE(nullptr, own);
+    EXPECT_NE(shared, own);
+    Gdiplus::FontFamily family;
+    EXPECT_EQ(Gdiplus::Ok, shared->GetFamily(&family));
+    MIRL::ReleaseFont(own);
+    MIRL::ReleaseFont(shared);
+    // The frame still holds its font.
+    EXPECT_EQ(Gdiplus::Ok, m_Frame.GetTxFont()->GetFamily(&family));
+}
+
+TEST_F(FrameTest, AWidthRememberedWithAFontIsRecalledForThatTextOnly)
+{
+    Open(L"Layout");
+    Gdiplus::Font *font = m_Frame.GetTxFont();
+    ASSERT_NE(nullptr, font);
+    float width = -1.0f;
+    EXPECT_FALSE(MIRL::RecallTextWidth(font, L"Never measured", width));
+    MIRL::RememberTextWidth(font, L"Measured", 42.5f);
+    EXPECT_TRUE(MIRL::RecallTextWidth(font, L"Measured", width));
+    EXPECT_EQ(42.5f, width);
+    EXPECT_FALSE(MIRL::RecallTextWidth(font, L"measured", width));
+    EXPECT_FALSE(MIRL::RecallTextWidth(nullptr, L"Measured", width));
+}
+
+TEST(WindowFont, AWindowThatIsGoneGetsNoFont)
+{
+    HWND gone = ::CreateWindowExW(0, L"STATIC", nullptr, WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_NE(nullptr, gone);
+    ::DestroyWindow(gone);
+    LOGFONTW font = {};
+    font.lfHeight = 12;
+    wcscpy(font.lfFaceName, L"Tahoma");
+    EXPECT_EQ(nullptr, MIRL::AcquireFont(gone, font));
+}
