@@ -5,8 +5,10 @@
 
 #include <unzip.h>
 
+#include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -60,6 +62,160 @@ std::string FoldedName(const char *name)
     }
     return folded;
 }
+
+// The archive file as minizip's own functions open it, read through a window of its bytes.
+// minizip reads a directory record a byte at a time and seeks between records; through the C
+// library each of those calls costs, and every seek throws away what it had buffered. Here a
+// seek only moves a position, and reads come from memory. Positions follow the C library's
+// rules as minizip uses them: the offset is cut to z_off_t as minizip casts it, a position
+// before the start fails and leaves the position alone, one past the end is allowed and
+// reads nothing there. A file whose length can't be taken goes through minizip's functions as it is.
+class WindowedFile {
+public:
+    static voidpf ZCALLBACK Open(voidpf opaque, const void *fileName, int mode)
+    {
+        zlib_filefunc64_def standard;
+        fill_fopen64_filefunc(&standard);
+        voidpf stream = standard.zopen64_file(standard.opaque, fileName, mode);
+        if (stream == nullptr) {
+            return nullptr;
+        }
+        WindowedFile *file = new (std::nothrow) WindowedFile(standard, static_cast<FILE *>(stream));
+        if (file == nullptr) {
+            standard.zclose_file(standard.opaque, stream);
+            return nullptr;
+        }
+        return file;
+    }
+
+    static uLong ZCALLBACK Read(voidpf, voidpf stream, void *buffer, uLong size)
+    {
+        return static_cast<WindowedFile *>(stream)->Read(static_cast<unsigned char *>(buffer), size);
+    }
+
+    static uLong ZCALLBACK Write(voidpf, voidpf, const void *, uLong)
+    {
+        return 0;
+    }
+
+    static ZPOS64_T ZCALLBACK Tell(voidpf, voidpf stream)
+    {
+        WindowedFile *file = static_cast<WindowedFile *>(stream);
+        if (file->m_Length < 0) {
+            return file->m_Standard.ztell64_file(file->m_Standard.opaque, file->m_File);
+        }
+        return static_cast<ZPOS64_T>(file->m_Position);
+    }
+
+    static long ZCALLBACK Seek(voidpf, voidpf stream, ZPOS64_T offset, int origin)
+    {
+        return static_cast<WindowedFile *>(stream)->Seek(offset, origin);
+    }
+
+    static int ZCALLBACK Close(voidpf, voidpf stream)
+    {
+        WindowedFile *file = static_cast<WindowedFile *>(stream);
+        int result = file->m_Standard.zclose_file(file->m_Standard.opaque, file->m_File);
+        delete file;
+        return result;
+    }
+
+    static int ZCALLBACK Error(voidpf, voidpf stream)
+    {
+        WindowedFile *file = static_cast<WindowedFile *>(stream);
+        return file->m_Standard.zerror_file(file->m_Standard.opaque, file->m_File);
+    }
+
+    static void Fill(zlib_filefunc64_def &functions)
+    {
+        functions.zopen64_file = Open;
+        functions.zread_file = Read;
+        functions.zwrite_file = Write;
+        functions.ztell64_file = Tell;
+        functions.zseek64_file = Seek;
+        functions.zclose_file = Close;
+        functions.zerror_file = Error;
+        functions.opaque = nullptr;
+    }
+
+private:
+    enum : size_t { WindowSize = 64 * 1024 };
+
+    WindowedFile(const zlib_filefunc64_def &standard, FILE *file)
+        : m_Standard(standard), m_File(file), m_Length(-1), m_Position(0), m_WindowStart(0), m_WindowLength(0)
+    {
+        if (_fseeki64(m_File, 0, SEEK_END) == 0) {
+            const long long length = _ftelli64(m_File);
+            if (length >= 0 && _fseeki64(m_File, 0, SEEK_SET) == 0) {
+                m_Length = length;
+            }
+        }
+    }
+
+    long Seek(ZPOS64_T offset, int origin)
+    {
+        if (m_Length < 0) {
+            return m_Standard.zseek64_file(m_Standard.opaque, m_File, offset, origin);
+        }
+        long long base = 0;
+        switch (origin) {
+        case ZLIB_FILEFUNC_SEEK_SET: base = 0; break;
+        case ZLIB_FILEFUNC_SEEK_CUR: base = m_Position; break;
+        case ZLIB_FILEFUNC_SEEK_END: base = m_Length; break;
+        default: return -1;
+        }
+        const long long target = base + static_cast<long long>(static_cast<z_off_t>(offset));
+        if (target < 0) {
+            return -1;
+        }
+        m_Position = target;
+        return 0;
+    }
+
+    uLong Read(unsigned char *buffer, uLong size)
+    {
+        if (m_Length < 0) {
+            return m_Standard.zread_file(m_Standard.opaque, m_File, buffer, size);
+        }
+        uLong done = 0;
+        while (done < size) {
+            const uLong wanted = size - done;
+            if (m_Position >= m_WindowStart && m_Position < m_WindowStart + static_cast<long long>(m_WindowLength)) {
+                const size_t offset = static_cast<size_t>(m_Position - m_WindowStart);
+                const size_t available = m_WindowLength - offset;
+                const size_t count = wanted < available ? wanted : available;
+                std::memcpy(buffer + done, m_Window + offset, count);
+                done += static_cast<uLong>(count);
+                m_Position += static_cast<long long>(count);
+                continue;
+            }
+            if (m_Position >= m_Length || _fseeki64(m_File, m_Position, SEEK_SET) != 0) {
+                break;
+            }
+            if (wanted >= WindowSize) {
+                // A large read goes straight into the caller's buffer.
+                const size_t count = fread(buffer + done, 1, wanted, m_File);
+                done += static_cast<uLong>(count);
+                m_Position += static_cast<long long>(count);
+                break;
+            }
+            m_WindowStart = m_Position;
+            m_WindowLength = fread(m_Window, 1, WindowSize, m_File);
+            if (m_WindowLength == 0) {
+                break;
+            }
+        }
+        return done;
+    }
+
+    zlib_filefunc64_def m_Standard;
+    FILE *m_File;
+    long long m_Length; // negative: read straight through
+    long long m_Position;
+    long long m_WindowStart;
+    size_t m_WindowLength;
+    unsigned char m_Window[WindowSize];
+};
 
 } // namespace
 
@@ -181,7 +337,9 @@ void MirlSkinPackage::Open(const wchar_t *path)
 {
     std::string narrow = ToAnsi(path);
     Close();
-    m_ZipHandle = unzOpen(narrow.c_str());
+    zlib_filefunc64_def functions;
+    WindowedFile::Fill(functions);
+    m_ZipHandle = unzOpen2_64(narrow.c_str(), &functions);
     if (m_ZipHandle == nullptr) {
         MIRL::RaiseMirlException(MIRL_ERROR_PACKAGE_OPEN, narrow.c_str());
     }

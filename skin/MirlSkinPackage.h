@@ -44,7 +44,7 @@ private:
     void Close();
 
     void *m_ZipHandle;
-    // The archive's names, read once when it opens (see MirlSkinPackage.cpp).
+    // The archive's names, read at the first lookup (see MirlSkinPackage.cpp).
     struct Directory;
     Directory *m_Directory;
 };

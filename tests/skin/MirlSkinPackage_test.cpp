@@ -473,3 +473,34 @@ TEST_F(SkinPackageTest, AnUnreadableFirstDirectoryRecordHidesEveryEntry)
     EXPECT_EQ("(absent)", EntryText(m_Package, L"A.txt"));
     EXPECT_EQ("(absent)", EntryText(m_Package, L"B.txt"));
 }
+
+TEST_F(SkinPackageTest, EntriesAcrossAPackageOfManyBlocksComeOutWhole)
+{
+    // Entries of sizes that straddle any read-ahead, and many records in the directory.
+    std::vector<std::pair<std::string, std::string>> entries;
+    for (int i = 0; i < 300; ++i) {
+        std::string data;
+        const size_t size = static_cast<size_t>(i % 7 == 0 ? 70000 + i * 13 : 1 + i * 37);
+        for (size_t k = 0; k < size; ++k) {
+            data.push_back(static_cast<char>('a' + (k * 7 + static_cast<size_t>(i)) % 26));
+        }
+        entries.emplace_back("Entries/" + std::to_string(i) + ".bin", data);
+    }
+    OpenTempZip(StoredZip(entries), L"many-blocks.zip");
+    for (int i : {299, 0, 7, 150, 1, 298, 70, 7}) {
+        const std::wstring name = L"entries/" + std::to_wstring(i) + L".BIN";
+        EXPECT_EQ(entries[static_cast<size_t>(i)].second, EntryText(m_Package, name.c_str())) << i;
+    }
+    EXPECT_EQ("(absent)", EntryText(m_Package, L"Entries/300.bin"));
+}
+
+TEST_F(SkinPackageTest, BytesBeforeTheFirstEntryAreSkipped)
+{
+    std::vector<unsigned char> zip = StoredZip({{"A.txt", "alpha"}, {"B.txt", "beta"}});
+    // A self-extracting stub: every offset in the archive is now short by its length.
+    std::vector<unsigned char> stub(100000, 0x90);
+    zip.insert(zip.begin(), stub.begin(), stub.end());
+    OpenTempZip(zip, L"stub.zip");
+    EXPECT_EQ("beta", EntryText(m_Package, L"B.txt"));
+    EXPECT_EQ("alpha", EntryText(m_Package, L"A.txt"));
+}
