@@ -39,7 +39,8 @@ MirlWindowBase::MirlWindowBase(HWND hWnd)
     : ATL::CWindow(hWnd), m_MemoryDC(NULL), m_IsCopy(0), m_PackageParent(NULL), m_Parent(NULL), m_UiWindow(NULL),
       m_CommandID(0), m_Pic(NULL), m_X(0), m_Y(0), m_Width(64), m_Height(64), m_MinWidth(-1), m_MaxWidth(6900),
       m_MinHeight(-1), m_MaxHeight(6900), m_ClBkGround(0xFF000000UL), m_ClText(0xFFFFFFFFUL), m_LogFont(),
-      m_Style(WS_CHILD | WS_VISIBLE), m_ExStyle(0), m_Menu(0), m_Transparent(false), m_Align(0)
+      m_Style(WS_CHILD | WS_VISIBLE), m_ExStyle(0), m_Menu(0), m_Transparent(false), m_Align(0),
+      m_CreatingName(NULL), m_CreatingFrom(NULL), m_CreatingTemplate(NULL)
 {
     m_LogFont.lfHeight = 12;
     SetFaceName(L"MS Sans Serif");
@@ -125,7 +126,14 @@ int MirlWindowBase::LoadAttributesFromUi(MirlWindowBase *parent, const wchar_t *
 {
     // A child in the parent's template wins over a top-level template of the same name.
     MirlUiWindow *parentTemplate = AdoptParent(parent);
-    MirlUiWindow *found = parentTemplate != NULL ? parentTemplate->GetChild(name) : NULL;
+    MirlUiWindow *found = NULL;
+    if (parentTemplate != NULL && name != NULL && name == parent->m_CreatingName &&
+        parentTemplate == parent->m_CreatingFrom) {
+        // The parent is creating this child from its template and has looked the name up already.
+        found = parent->m_CreatingTemplate;
+    } else if (parentTemplate != NULL) {
+        found = parentTemplate->GetChild(name);
+    }
     MirlUI *ui = MirlUI::Instance();
     if (found == NULL && name != NULL && ui != NULL) {
         found = static_cast<MirlUiWindow *>(ui->GetUiElement(name, UI_ELEMENT_WINDOW));
@@ -246,6 +254,109 @@ int MirlWindowBase::Reload()
         ApplyAttribute(m_UiWindow->GetAttributeByIndex(static_cast<int>(i)));
     }
     return 1;
+}
+
+namespace {
+
+// Template names compare without regard to case (_wcsicmp). The hash must agree for every pair
+// that compares equal, whatever case folding the runtime applies: letters that fold to or from
+// characters outside ASCII (i, k, s) and all non-ASCII characters hash alike; the other ASCII
+// letters by their lower case, everything else as it is.
+size_t NameHash(const wchar_t *name)
+{
+    size_t hash = 2166136261u;
+    for (const wchar_t *p = name; *p != L'\0'; ++p) {
+        unsigned int c = static_cast<unsigned int>(*p);
+        if (c >= L'A' && c <= L'Z') {
+            c += L'a' - L'A';
+        }
+        if (c >= 0x80 || c == L'i' || c == L'k' || c == L's') {
+            c = 0x80;
+        }
+        hash = (hash ^ c) * 16777619u;
+    }
+    return hash;
+}
+
+// The first child of a template for each name, as GetChild finds it, without a walk of all the
+// siblings for each one.
+class FirstChildIndex {
+public:
+    explicit FirstChildIndex(const MirlUiWindow *parent)
+    {
+        const unsigned int count = parent->GetChildCount();
+        m_Slots.assign(SlotCount(count), -1);
+        m_Children.reserve(count);
+        m_Next.reserve(count);
+        for (unsigned int i = 0; i < count; ++i) {
+            MirlUiWindow *child = parent->GetChildByIndex(static_cast<int>(i));
+            const wchar_t *name = child != NULL ? child->GetName() : NULL;
+            if (name == NULL || Find(name) != NULL) {
+                continue;
+            }
+            int &head = m_Slots[NameHash(name) & (m_Slots.size() - 1)];
+            m_Children.push_back(child);
+            m_Next.push_back(head);
+            head = static_cast<int>(m_Children.size() - 1);
+        }
+    }
+
+    MirlUiWindow *Find(const wchar_t *name) const
+    {
+        for (int i = m_Slots[NameHash(name) & (m_Slots.size() - 1)]; i >= 0; i = m_Next[static_cast<size_t>(i)]) {
+            if (_wcsicmp(m_Children[static_cast<size_t>(i)]->GetName(), name) == 0) {
+                return m_Children[static_cast<size_t>(i)];
+            }
+        }
+        return NULL;
+    }
+
+private:
+    static size_t SlotCount(unsigned int count)
+    {
+        size_t slots = 16;
+        while (slots < static_cast<size_t>(count) * 2) {
+            slots *= 2;
+        }
+        return slots;
+    }
+
+    std::vector<int> m_Slots;
+    std::vector<MirlUiWindow *> m_Children;
+    std::vector<int> m_Next;
+};
+
+} // namespace
+
+void MirlWindowBase::CreateChildWindows()
+{
+    if (m_UiWindow == NULL) {
+        return;
+    }
+    MirlUiWindow *indexed = m_UiWindow;
+    const unsigned int count = indexed->GetChildCount();
+    // Below a handful of children the walk costs less than the index.
+    FirstChildIndex *index = count > 8 ? new (std::nothrow) FirstChildIndex(indexed) : NULL;
+    for (unsigned int i = 0; i < count; ++i) {
+        // A child's creation may change the template; then the index no longer speaks for it.
+        if (m_UiWindow == NULL) {
+            break;
+        }
+        MirlUiWindow *ui = m_UiWindow->GetChildByIndex(static_cast<int>(i));
+        if (index != NULL && ui != NULL && m_UiWindow == indexed && ui->GetName() != NULL) {
+            m_CreatingName = ui->GetName();
+            m_CreatingFrom = indexed;
+            m_CreatingTemplate = index->Find(m_CreatingName);
+        }
+        MirlWindowBase *child = MirlWindowBase::CreateMirlWindow(this, ui);
+        m_CreatingName = NULL;
+        m_CreatingFrom = NULL;
+        m_CreatingTemplate = NULL;
+        if (child != NULL) {
+            m_Children.push_back(child);
+        }
+    }
+    delete index;
 }
 
 void MirlWindowBase::ResetParent(MirlWindowBase *parent)

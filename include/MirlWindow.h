@@ -112,6 +112,8 @@ public:
 
 protected:
     void InheritFrom(const MirlWindowBase *parent);
+    // One window per child of the template, in template order, each added to the children.
+    void CreateChildWindows();
     // The common start of both LoadAttributesFromUi forms: takes the parent, inherits from it,
     // and answers the parent's template (null without one).
     MirlUiWindow *AdoptParent(MirlWindowBase *parent);
@@ -149,6 +151,12 @@ protected:
     bool m_Transparent;
     unsigned long m_Align;
     std::vector<MirlWindowBase *> m_Children;
+    // While CreateChildWindows makes one child: the child's name as its template holds it, the
+    // template whose children were indexed, and the first of them of that name, which the name
+    // lookup would find.
+    const wchar_t *m_CreatingName;
+    MirlUiWindow *m_CreatingFrom;
+    MirlUiWindow *m_CreatingTemplate;
 
 private:
     MirlWindowBase(const MirlWindowBase &) = delete;
@@ -377,16 +385,7 @@ public:
         if (!this->m_ToolTip.empty()) {
             SetTooltipText(this->m_ToolTip.c_str(), true);
         }
-        if (this->m_UiWindow != NULL) {
-            unsigned int count = this->m_UiWindow->GetChildCount();
-            for (unsigned int i = 0; i < count; ++i) {
-                MirlWindowBase *child =
-                    MirlWindowBase::CreateMirlWindow(this, this->m_UiWindow->GetChildByIndex(static_cast<int>(i)));
-                if (child != NULL) {
-                    this->m_Children.push_back(child);
-                }
-            }
-        }
+        this->CreateChildWindows();
         return 0;
     }
 

@@ -242,3 +242,54 @@ TEST(WindowBaseTemplates, LoadByNameFindsTopLevelTemplateWithoutParent)
     EXPECT_EQ(300, window.GetWidth());
     EXPECT_EQ(200, window.GetHeight());
 }
+
+namespace {
+
+// A frame whose children come from a template the test builds, not from the skin.
+class TemplateFrame : public MirlWindowImpl<TemplateFrame> {
+public:
+    void CreateChildrenOf(MirlUiWindow *ui)
+    {
+        m_UiWindow = ui;
+        CreateChildWindows();
+    }
+};
+
+} // namespace
+
+TEST(WindowBaseChildren, ChildrenOfOneNameAnyCaseAllTakeTheFirstTemplateOfThatName)
+{
+    std::wstring xml = L"<P Class='WINDOW' Width='400'>";
+    for (int i = 0; i < 12; ++i) {
+        xml += L"<C" + std::to_wstring(i) + L" Class='WINDOW' CommandID='" + std::to_wstring(10 + i) + L"'/>";
+    }
+    xml += L"<Dup Class='WINDOW' CommandID='100' Width='11'/>";
+    xml += L"<dUP Class='STATIC' CommandID='200' Width='22'/>";
+    xml += L"<DUP Class='BUTTON' CommandID='300' Width='33'/></P>";
+    MirlUiWindow ui;
+    ASSERT_TRUE(ui.Load(mirltest::ParseElement(xml.c_str())));
+    ASSERT_EQ(15u, ui.GetChildCount());
+
+    TemplateFrame frame;
+    ASSERT_NE(nullptr, frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Defaults"));
+    // Added after the children of the frame's own template.
+    const unsigned int before = frame.GetChildCount();
+    frame.CreateChildrenOf(&ui);
+    ASSERT_EQ(before + 15u, frame.GetChildCount());
+    for (unsigned int i = 0; i < 12; ++i) {
+        MirlWindowBase *child = frame.GetChildByIndex(before + i);
+        EXPECT_EQ(ui.GetChildByIndex(static_cast<int>(i)), child->GetUiWindow()) << i;
+        EXPECT_EQ(10u + i, child->GetCommandID()) << i;
+    }
+    // The window's kind comes from the template each child was made from, its attributes from
+    // the first of its name.
+    MirlUiWindow *first = ui.GetChildByIndex(12);
+    for (unsigned int i = 12; i < 15; ++i) {
+        MirlWindowBase *child = frame.GetChildByIndex(before + i);
+        EXPECT_EQ(first, child->GetUiWindow()) << i;
+        EXPECT_EQ(100u, child->GetCommandID()) << i;
+        EXPECT_EQ(11, child->GetWidth()) << i;
+        EXPECT_STREQ(L"WINDOW", child->GetClass()) << i;
+    }
+    frame.DestroyWindow();
+}
