@@ -9,6 +9,9 @@
 #include <io.h>
 
 #include <cstdio>
+#include <cstring>
+#include <exception>
+#include <new>
 #include <cwchar>
 #include <cwctype>
 #include <string>
@@ -76,6 +79,38 @@ struct LibraryStart {
     std::wstring message;        // the library's account of a failure
 };
 
+// The exception being handled, described; call it only inside a catch block.
+inline std::wstring DescribeCurrentException(unsigned long *code = nullptr)
+{
+    unsigned long value = 0;
+    std::wstring text;
+    try {
+        throw;
+    } catch (const MirlException &e) {
+        value = static_cast<unsigned long>(e.error());
+        text = L"MirlException code " + std::to_wstring(e.error()) + L": " +
+               (e.what() != nullptr ? e.what() : L"(no message)");
+    } catch (const _com_error &e) {
+        value = static_cast<unsigned long>(e.Error());
+        text = L"COM error " + Hex32(value);
+    } catch (const OstraWin32Error &e) {
+        value = e.code();
+        text = L"Win32 error " + Hex32(value) + L": " + e.what();
+    } catch (const std::bad_alloc &) {
+        value = static_cast<unsigned long>(E_OUTOFMEMORY);
+        text = L"out of memory";
+    } catch (const std::exception &e) {
+        const char *what = e.what();
+        text = L"C++ exception: " + std::wstring(what, what + std::strlen(what));
+    } catch (...) {
+        text = L"an unknown exception";
+    }
+    if (code != nullptr) {
+        *code = value;
+    }
+    return text;
+}
+
 // MirlIntialize with every failure it can raise turned into a description. The caller pairs
 // it with MirlUnIntialize whatever the outcome.
 inline LibraryStart StartLibrary(const wchar_t *package, unsigned int language)
@@ -85,18 +120,15 @@ inline LibraryStart StartLibrary(const wchar_t *package, unsigned int language)
         MirlIntialize(package, language);
         start.loaded = true;
         start.packageOpened = true;
-    } catch (const MirlException &e) {
-        start.hresult = static_cast<unsigned long>(e.error());
-        start.message = L"MirlException code " + std::to_wstring(e.error()) + L": " +
-                        (e.what() != nullptr ? e.what() : L"(no message)");
-    } catch (const _com_error &e) {
+    } catch (const MirlException &) {
+        // Raised before or while opening: nothing of the package is readable.
+        start.message = DescribeCurrentException(&start.hresult);
+    } catch (const _com_error &) {
         start.packageOpened = true;
-        start.hresult = static_cast<unsigned long>(e.Error());
-        start.message = L"COM error " + Hex32(start.hresult) + L" while reading the skin";
-    } catch (const OstraWin32Error &e) {
+        start.message = DescribeCurrentException(&start.hresult) + L" while reading the skin";
+    } catch (...) {
         start.packageOpened = true;
-        start.hresult = e.code();
-        start.message = L"Win32 error " + Hex32(e.code()) + L": " + e.what();
+        start.message = DescribeCurrentException(&start.hresult);
     }
     return start;
 }

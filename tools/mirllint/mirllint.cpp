@@ -26,6 +26,32 @@ std::wstring BaseName(const std::wstring &path)
     return slash == std::wstring::npos ? path : path.substr(slash + 1);
 }
 
+// Loads the package, walks and checks it, prints the report; the exit code.
+int CheckPackage(const std::wstring &package, const std::vector<unsigned int> &languages, bool json)
+{
+    mirllint::Report report;
+    mirltool::LibraryStart start = mirltool::StartLibrary(package.c_str(), 1033);
+    if (!start.packageOpened) {
+        report.Add(mirllint::Severity::Error, mirllint::Location{BaseName(package), L"", 0},
+                   L"the library could not open the package: " + start.message, L"package-unreadable", 0);
+    } else {
+        MirlUI *ui = MirlUI::Instance();
+        mirllint::Skin skin;
+        mirllint::WalkSkin(ui, skin, report);
+        mirllint::CheckSkin(ui, skin, languages, report);
+        mirllint::CompareWithLibrary(ui, skin, start.loaded, start.hresult, report);
+    }
+    report.Sort();
+    std::wstring output = json ? report.Json(BaseName(package)) : report.Text();
+    std::fwprintf(stdout, L"%ls", output.c_str());
+    std::fflush(stdout);
+    std::fwprintf(stderr, L"mirllint: %u error%ls, %u warning%ls\n", static_cast<unsigned>(report.Errors()),
+                  report.Errors() == 1 ? L"" : L"s", static_cast<unsigned>(report.Warnings()),
+                  report.Warnings() == 1 ? L"" : L"s");
+    MirlUnIntialize();
+    return report.Errors() > 0 ? 1 : 0;
+}
+
 } // namespace
 
 int wmain(int argc, wchar_t **argv)
@@ -64,25 +90,13 @@ int wmain(int argc, wchar_t **argv)
         return 2;
     }
 
-    mirllint::Report report;
-    mirltool::LibraryStart start = mirltool::StartLibrary(package.c_str(), 1033);
-    if (!start.packageOpened) {
-        report.Add(mirllint::Severity::Error, mirllint::Location{BaseName(package), L"", 0},
-                   L"the library could not open the package: " + start.message, L"package-unreadable", 0);
-    } else {
-        MirlUI *ui = MirlUI::Instance();
-        mirllint::Skin skin;
-        mirllint::WalkSkin(ui, skin, report);
-        mirllint::CheckSkin(ui, skin, languages, report);
-        mirllint::CompareWithLibrary(ui, skin, start.loaded, start.hresult, report);
+    try {
+        return CheckPackage(package, languages, json);
+    } catch (...) {
+        // A skin that throws while it is walked is an error of the skin, never a crash.
+        const std::wstring what = mirltool::DescribeCurrentException();
+        std::fwprintf(stderr, L"mirllint: checking stopped: %ls\n", what.c_str());
+        MirlUnIntialize();
+        return 1;
     }
-    report.Sort();
-    std::wstring output = json ? report.Json(BaseName(package)) : report.Text();
-    std::fwprintf(stdout, L"%ls", output.c_str());
-    std::fflush(stdout);
-    std::fwprintf(stderr, L"mirllint: %u error%ls, %u warning%ls\n", static_cast<unsigned>(report.Errors()),
-                  report.Errors() == 1 ? L"" : L"s", static_cast<unsigned>(report.Warnings()),
-                  report.Warnings() == 1 ? L"" : L"s");
-    MirlUnIntialize();
-    return report.Errors() > 0 ? 1 : 0;
 }

@@ -367,7 +367,14 @@ int wmain(int argc, wchar_t **argv)
         MirlUnIntialize();
         return ExitSkin;
     }
-    int result = options.list ? ListTemplates() : ShowTemplate(options);
+    int result = ExitFailed;
+    try {
+        result = options.list ? ListTemplates() : ShowTemplate(options);
+    } catch (...) {
+        // A skin that throws while its windows are made is reported, never a crash.
+        const std::wstring what = mirltool::DescribeCurrentException();
+        std::fwprintf(stderr, L"mirlview: %ls\n", what.c_str());
+    }
     MirlUnIntialize();
     return result;
 }
