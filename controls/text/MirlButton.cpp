@@ -125,8 +125,11 @@ MirlButton::MirlButton()
       m_HoldsCommon(false)
 {
     m_bMsgHandled = 0;
-    m_CursorHand = ::LoadCursorW(NULL, IDC_HAND);
-    m_CursorArrow = ::LoadCursorW(NULL, IDC_ARROW);
+    // Shared system cursors are never freed: each is looked up once for all buttons.
+    static const HCURSOR hand = ::LoadCursorW(NULL, IDC_HAND);
+    static const HCURSOR arrow = ::LoadCursorW(NULL, IDC_ARROW);
+    m_CursorHand = hand;
+    m_CursorArrow = arrow;
 }
 
 MirlButton::~MirlButton()

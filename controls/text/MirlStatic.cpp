@@ -290,7 +290,9 @@ LRESULT MirlStatic::OnCreate(UINT uMsg, WPARAM wParam, LPARAM lParam, BOOL &bHan
 {
     MirlWindowImpl<MirlStatic>::OnCreate(uMsg, wParam, lParam, bHandled);
     if (m_CursorArrow == NULL) {
-        m_CursorArrow = ::LoadCursorW(NULL, IDC_ARROW);
+        // A shared system cursor is never freed: it is looked up once for all labels.
+        static const HCURSOR arrow = ::LoadCursorW(NULL, IDC_ARROW);
+        m_CursorArrow = arrow;
     }
     if (m_Pic != NULL) {
         delete m_Bitmap;
