@@ -20,6 +20,8 @@ namespace MIRL {
 // skin that lacks an image is drawn without it. The caller owns the bitmap.
 MIRL_API Gdiplus::Bitmap *LoadSkinBitmap(const wchar_t *elementName);
 MIRL_API Gdiplus::Bitmap *LoadElementBitmap(const MirlUiElementImage *element);
+// The picture in the package's entry fileName; null when there is none or it can't be decoded.
+MIRL_API Gdiplus::Bitmap *LoadPackageBitmap(const wchar_t *fileName);
 
 // Alpha in bits 24 to 31, then red, green, blue.
 MIRL_API Gdiplus::ARGB ColorToArgb(const MirlUiElementColor *color);

@@ -208,3 +208,13 @@ TEST(FuzzRegression, AButtonDrawnWithAnItemRectangleOfTheWholeCoordinateSpaceSta
     }
     MirlUnIntialize();
 }
+
+TEST(FuzzRegression, APictureWhoseDamagedChunkSeeksPastItsEndIsTreatedAsNoPicture)
+{
+    // The skin's language is 6702; its damaged picture made the decoder read past the block
+    // under Wine.
+    const std::wstring input = RegressionFolder() + L"\\crash-png-chunk-seeks-past-the-end.zip";
+    Outcome outcome = RunSkinPackage(input, 6702, nullptr);
+    (void)outcome;
+    EXPECT_TRUE(HeapsAreValid());
+}

@@ -3,6 +3,7 @@
 #include "MirlFuzzHost.h"
 #include "Ostra.h"
 
+#include <memory>
 #include <new>
 #include <set>
 #include <stdexcept>
@@ -123,14 +124,12 @@ void DecodeImages(Canvas &canvas)
                 (void)size;
                 ::GlobalFree(block);
             }
-            IStreamPtr stream = ui->ExtractFile(image->GetFileName());
-            if (stream == nullptr) {
+            // Decoded the way the controls decode their pictures.
+            std::unique_ptr<Gdiplus::Bitmap> picture(MIRL::LoadElementBitmap(image));
+            if (picture == nullptr) {
                 continue;
             }
-            Gdiplus::Bitmap bitmap(stream.GetInterfacePtr());
-            if (bitmap.GetLastStatus() != Gdiplus::Ok) {
-                continue;
-            }
+            Gdiplus::Bitmap &bitmap = *picture;
             Gdiplus::Graphics graphics(canvas.dc());
             Gdiplus::ImageAttributes attributes;
             Gdiplus::Color low;

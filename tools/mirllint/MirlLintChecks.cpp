@@ -10,6 +10,7 @@ using std::min;
 #include <cwchar>
 #include <cwctype>
 #include <map>
+#include <memory>
 #include <set>
 #include <tuple>
 
@@ -206,8 +207,9 @@ void Checker::CheckImage(const Definition &definition, const std::vector<unsigne
         if (stream == nullptr) {
             Error(definition.where, L"File=\"" + file->value + L"\" is not in the package", L"image-file-missing");
         } else {
-            Gdiplus::Bitmap bitmap(stream.GetInterfacePtr(), FALSE);
-            if (bitmap.GetLastStatus() != Gdiplus::Ok) {
+            // Decoded as the controls decode it.
+            std::unique_ptr<Gdiplus::Bitmap> bitmap(MIRL::LoadPackageBitmap(file->value.c_str()));
+            if (bitmap == nullptr) {
                 Error(definition.where, L"File=\"" + file->value + L"\" is not a picture that GDI+ can read",
                       L"image-unreadable");
             }
