@@ -256,6 +256,9 @@ public:
 
     // Includes nested deeper than this are refused.
     enum { MaxIncludeDepth = 32 };
+    // At most this many documents are read for one skin, the first one included: a document
+    // included a thousand times, each including a chain, would otherwise be read without end.
+    enum { MaxDocuments = 1024 };
 
 protected:
     typedef std::vector<MirlUiElement *> ElementList;

@@ -67,7 +67,8 @@ void MirlUI::LoadFile(const wchar_t *fileName)
             return;
         }
     }
-    if (m_Loading.size() > static_cast<size_t>(MaxIncludeDepth)) {
+    if (m_Loading.size() > static_cast<size_t>(MaxIncludeDepth) ||
+        m_Documents.size() >= static_cast<size_t>(MaxDocuments)) {
         return;
     }
     // Only what the entry really holds: a forged size would have the parser read megabytes

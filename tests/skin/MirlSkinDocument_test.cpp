@@ -303,3 +303,17 @@ TEST_F(SkinDocumentTest, EveryLookupAnswersTheFirstDefinitionInDocumentOrderThen
         }
     }
 }
+
+TEST_F(SkinDocumentTest, ReadingStopsAtTheDocumentLimitAndTheRestOfEachDocumentStillLoads)
+{
+    // Skin.xml includes Part.xml 600 times and Part.xml includes Leaf.xml: 1,201 documents.
+    LoadSkin(L"many_includes");
+    EXPECT_EQ(static_cast<unsigned>(MirlUI::MaxDocuments), m_Ui.Documents());
+    // Skin.xml, then 511 Part and Leaf pairs, then a 512th Part whose Leaf is refused.
+    ASSERT_EQ(1025u, m_Ui.Count(UI_ELEMENT_TEXT, 1033));
+    EXPECT_STREQ(L"TxtRoot", m_Ui.At(UI_ELEMENT_TEXT, 1033, 0)->GetName());
+    EXPECT_STREQ(L"TxtPart", m_Ui.At(UI_ELEMENT_TEXT, 1033, 1)->GetName());
+    EXPECT_STREQ(L"TxtLeaf", m_Ui.At(UI_ELEMENT_TEXT, 1033, 1022)->GetName());
+    EXPECT_STREQ(L"TxtPart", m_Ui.At(UI_ELEMENT_TEXT, 1033, 1023)->GetName());
+    EXPECT_STREQ(L"TxtAfter", m_Ui.At(UI_ELEMENT_TEXT, 1033, 1024)->GetName());
+}

@@ -169,6 +169,11 @@ void Walker::LoadDocument(const std::wstring &name, const Location *include)
               L"include-too-deep");
         return;
     }
+    if (m_Loaded.size() >= static_cast<size_t>(MirlUI::MaxDocuments)) {
+        // The library stops reading documents here too; the repeated includes that lead to
+        // this many are reported where they are.
+        return;
+    }
     IStreamPtr stream = ExtractDocument(m_UI, name);
     if (stream == nullptr) {
         if (include != nullptr) {
