@@ -240,6 +240,9 @@ public:
     IStreamPtr ExtractFile(const wchar_t *fileName);
     // A package entry as a movable global memory block that the caller frees; null if absent.
     void *ExtractFileToHGLOBAL(const wchar_t *fileName);
+    // A document entry as the loader parses it: what the entry holds, without the zero tail a
+    // forged directory size leaves; null if absent.
+    IStreamPtr ExtractDocument(const wchar_t *fileName);
 
     // Enumeration, for tools that list a skin: the languages a type has (ascending), and the
     // elements of one language in document order. Out-of-range indexes give 0 or null.
@@ -256,8 +259,9 @@ public:
 
     // Includes nested deeper than this are refused.
     enum { MaxIncludeDepth = 32 };
-    // At most this many documents are read for one skin, the first one included: a document
-    // included a thousand times, each including a chain, would otherwise be read without end.
+    // At most this many documents are read or looked for in the package for one skin, the first
+    // one included: a document included a thousand times, each including a chain (or thousands
+    // of entries that don't exist), would otherwise be read without end.
     enum { MaxDocuments = 1024 };
 
 protected:
@@ -291,4 +295,6 @@ protected:
     // The first element of each name in each list; cleared with the lists. Null if it could not
     // be allocated: lookups then walk the lists.
     MirlLookupIndex *m_LookupIndex;
+    // Documents read or looked for since the skin began to load.
+    unsigned long m_DocumentsSought;
 };

@@ -68,9 +68,10 @@ void MirlUI::LoadFile(const wchar_t *fileName)
         }
     }
     if (m_Loading.size() > static_cast<size_t>(MaxIncludeDepth) ||
-        m_Documents.size() >= static_cast<size_t>(MaxDocuments)) {
+        m_DocumentsSought >= static_cast<unsigned long>(MaxDocuments)) {
         return;
     }
+    ++m_DocumentsSought;
     // Only what the entry really holds: a forged size would have the parser read megabytes
     // of zeros after the document.
     IStreamPtr stream = m_Package->ExtractDocument(fileName);

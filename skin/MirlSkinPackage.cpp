@@ -29,21 +29,40 @@ IStreamPtr StreamOnBlock(HGLOBAL block)
     return IStreamPtr(stream, false);
 }
 
-// The length of a block without its zero tail, rounded up to even so that a UTF-16 document
-// keeps the zero high byte of its last character.
-SIZE_T ContentLength(HGLOBAL block)
+// The current entry as the block of its declared size would hold it, without the zero tail:
+// read in pieces, so that a document whose directory declares 64 MiB costs what it really holds.
+// A damaged entry keeps what was inflated before the damage. The length is rounded up to even
+// (with a zero, as the block would have) so that a UTF-16 document keeps the zero high byte of
+// its last character.
+std::vector<unsigned char> ReadWithoutZeroTail(unzFile zip, uLong declared)
 {
-    SIZE_T size = GlobalSize(block);
-    const unsigned char *data = size > 0 ? static_cast<const unsigned char *>(GlobalLock(block)) : nullptr;
-    if (data == nullptr) {
-        return 0;
+    std::vector<unsigned char> bytes;
+    if (declared > 0 && unzOpenCurrentFile(zip) == UNZ_OK) {
+        const size_t piece = 64 * 1024;
+        while (bytes.size() < declared) {
+            const size_t at = bytes.size();
+            const size_t want = declared - at < piece ? declared - at : piece;
+            bytes.resize(at + want, 0);
+            const int got = unzReadCurrentFile(zip, bytes.data() + at, static_cast<unsigned>(want));
+            if (got < 0) {
+                // What was inflated before the damage is in the piece; the rest of it is zero.
+                break;
+            }
+            bytes.resize(at + static_cast<size_t>(got));
+            if (got == 0) {
+                break;
+            }
+        }
     }
-    SIZE_T length = size;
-    while (length > 0 && data[length - 1] == 0) {
+    size_t length = bytes.size();
+    while (length > 0 && bytes[length - 1] == 0) {
         --length;
     }
-    GlobalUnlock(block);
-    return length + (length % 2 != 0 && length < size ? 1 : 0);
+    if (length % 2 != 0 && length < declared) {
+        ++length;
+    }
+    bytes.resize(length, 0);
+    return bytes;
 }
 
 // minizip's UNZ_MAXFILENAMEINZIP, which unzip.c keeps to itself: it looks for no name this long,
@@ -402,18 +421,34 @@ IStreamPtr MirlSkinPackage::ExtractFile(const char *fileName)
 
 IStreamPtr MirlSkinPackage::ExtractDocument(const wchar_t *fileName)
 {
-    if (fileName == nullptr) {
+    unzFile zip = static_cast<unzFile>(m_ZipHandle);
+    if (zip == nullptr || fileName == nullptr) {
         return IStreamPtr();
     }
-    HGLOBAL block = static_cast<HGLOBAL>(ExtractFileToHGLOBAL(ToAnsi(fileName).c_str()));
-    const SIZE_T length = block != nullptr ? ContentLength(block) : 0;
-    IStreamPtr stream = StreamOnBlock(block);
-    if (stream != nullptr) {
-        ULARGE_INTEGER size;
-        size.QuadPart = length;
-        stream->SetSize(size);
+    if (!Locate(ToAnsi(fileName).c_str())) {
+        return IStreamPtr();
     }
-    return stream;
+    unz_file_info info = {};
+    unzGetCurrentFileInfo(zip, &info, nullptr, 0, nullptr, 0, nullptr, 0);
+    if (info.uncompressed_size > MaxEntrySize) {
+        return IStreamPtr();
+    }
+    const std::vector<unsigned char> bytes = ReadWithoutZeroTail(zip, info.uncompressed_size);
+    HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
+    if (block == nullptr) {
+        RaiseWin32Error(GetLastError());
+    }
+    if (!bytes.empty()) {
+        void *data = GlobalLock(block);
+        if (data == nullptr) {
+            DWORD error = GetLastError();
+            GlobalFree(block);
+            RaiseWin32Error(error);
+        }
+        std::memcpy(data, bytes.data(), bytes.size());
+        GlobalUnlock(block);
+    }
+    return StreamOnBlock(block);
 }
 
 IStreamPtr MirlSkinPackage::ExtractFile(const wchar_t *fileName)

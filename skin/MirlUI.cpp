@@ -12,7 +12,7 @@ MirlUI *MirlUI::m_Instance = nullptr;
 
 MirlUI::MirlUI()
     : m_Valid(false), m_CurrentLanguage(1033), m_Package(new (std::nothrow) MirlSkinPackage()),
-      m_ListsSearched(0), m_LookupIndex(new (std::nothrow) MirlLookupIndex())
+      m_ListsSearched(0), m_LookupIndex(new (std::nothrow) MirlLookupIndex()), m_DocumentsSought(0)
 {
 }
 
@@ -54,6 +54,7 @@ void MirlUI::Load(const wchar_t *skinPath)
     }
     m_Package->Open(skinPath);
     ClearUiElements();
+    m_DocumentsSought = 0;
     LoadFile(L"Skin.xml");
 }
 
@@ -186,6 +187,11 @@ MirlUiWindow *MirlUI::GetUiElement(unsigned long commandID)
 IStreamPtr MirlUI::ExtractFile(const wchar_t *fileName)
 {
     return m_Package != nullptr ? m_Package->ExtractFile(fileName) : IStreamPtr();
+}
+
+IStreamPtr MirlUI::ExtractDocument(const wchar_t *fileName)
+{
+    return m_Package != nullptr ? m_Package->ExtractDocument(fileName) : IStreamPtr();
 }
 
 void *MirlUI::ExtractFileToHGLOBAL(const wchar_t *fileName)

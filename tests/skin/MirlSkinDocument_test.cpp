@@ -317,3 +317,13 @@ TEST_F(SkinDocumentTest, ReadingStopsAtTheDocumentLimitAndTheRestOfEachDocumentS
     EXPECT_STREQ(L"TxtPart", m_Ui.At(UI_ELEMENT_TEXT, 1033, 1023)->GetName());
     EXPECT_STREQ(L"TxtAfter", m_Ui.At(UI_ELEMENT_TEXT, 1033, 1024)->GetName());
 }
+
+TEST_F(SkinDocumentTest, IncludesOfMissingEntriesCountTowardTheDocumentLimit)
+{
+    // Skin.xml looks for Missing.xml 1,100 times, then includes Found.xml.
+    LoadSkin(L"many_missing_includes");
+    EXPECT_EQ(1u, m_Ui.Documents());
+    ASSERT_EQ(2u, m_Ui.Count(UI_ELEMENT_TEXT, 1033));
+    EXPECT_STREQ(L"TxtRoot", m_Ui.At(UI_ELEMENT_TEXT, 1033, 0)->GetName());
+    EXPECT_STREQ(L"TxtAfter", m_Ui.At(UI_ELEMENT_TEXT, 1033, 1)->GetName());
+}

@@ -144,12 +144,17 @@ private:
     unsigned long m_Order = 0;
     std::vector<std::wstring> m_Loading;
     std::vector<std::wstring> m_Loaded;
+    size_t m_Sought = 0;
 };
 
 void Walker::LoadDocument(const std::wstring &name, const Location *include)
 {
     if (include != nullptr && name.empty()) {
         Error(*include, L"an Include without \"File\" includes nothing", L"include-missing");
+        // The library still looks for it, and that counts toward its limit.
+        if (m_Loading.size() <= kMaxIncludeDepth && m_Sought < static_cast<size_t>(MirlUI::MaxDocuments)) {
+            ++m_Sought;
+        }
         return;
     }
     for (const std::wstring &loading : m_Loading) {
@@ -169,11 +174,12 @@ void Walker::LoadDocument(const std::wstring &name, const Location *include)
               L"include-too-deep");
         return;
     }
-    if (m_Loaded.size() >= static_cast<size_t>(MirlUI::MaxDocuments)) {
-        // The library stops reading documents here too; the repeated includes that lead to
-        // this many are reported where they are.
+    if (m_Sought >= static_cast<size_t>(MirlUI::MaxDocuments)) {
+        // The library stops reading and looking for documents here too; the repeated includes
+        // that lead to this many are reported where they are.
         return;
     }
+    ++m_Sought;
     IStreamPtr stream = ExtractDocument(m_UI, name);
     if (stream == nullptr) {
         if (include != nullptr) {
@@ -467,29 +473,7 @@ const Attr *FindAttrExact(const std::vector<Attr> &attributes, const wchar_t *na
 
 IStreamPtr ExtractDocument(MirlUI *ui, const std::wstring &name)
 {
-    HGLOBAL block = static_cast<HGLOBAL>(ui->ExtractFileToHGLOBAL(name.c_str()));
-    if (block == nullptr) {
-        return IStreamPtr();
-    }
-    const SIZE_T size = GlobalSize(block);
-    SIZE_T length = 0;
-    if (const unsigned char *data = size > 0 ? static_cast<const unsigned char *>(GlobalLock(block)) : nullptr) {
-        length = size;
-        while (length > 0 && data[length - 1] == 0) {
-            --length;
-        }
-        GlobalUnlock(block);
-        length += length % 2 != 0 && length < size ? 1 : 0;
-    }
-    IStream *stream = nullptr;
-    if (FAILED(CreateStreamOnHGlobal(block, TRUE, &stream)) || stream == nullptr) {
-        GlobalFree(block);
-        return IStreamPtr();
-    }
-    ULARGE_INTEGER content;
-    content.QuadPart = length;
-    stream->SetSize(content);
-    return IStreamPtr(stream, false);
+    return ui != nullptr ? ui->ExtractDocument(name.c_str()) : IStreamPtr();
 }
 
 const Definition *Skin::Find(unsigned long type, const std::wstring &name, unsigned int language) const
