@@ -67,31 +67,31 @@ LPARAM SizeParam(const SIZE &size)
 
 } // namespace
 
-std::vector<ChildSpec> TreeSpecs()
+std::vector<ChildShape> TreeShapes()
 {
     MirlUI *ui = MirlUI::Instance();
     MirlUiWindow *tree = ui != nullptr ? static_cast<MirlUiWindow *>(ui->GetUiElement(L"Tree", UI_ELEMENT_WINDOW)) : nullptr;
     if (tree == nullptr) {
         throw BenchError("the window skin has no template \"Tree\"");
     }
-    std::vector<ChildSpec> specs;
+    std::vector<ChildShape> shapes;
     for (unsigned int i = 0; i < tree->GetChildCount(); ++i) {
         MirlUiWindow *child = tree->GetChildByIndex(static_cast<int>(i));
-        ChildSpec spec;
+        ChildShape shape;
         MirlUiWindow::Attribute *windowClass = child->GetAttribute(L"Class");
-        spec.windowClass = windowClass != nullptr ? windowClass->GetValue() : L"";
-        spec.x = IntegerAttribute(child, L"X");
-        spec.y = IntegerAttribute(child, L"Y");
-        spec.width = IntegerAttribute(child, L"Width");
-        spec.height = IntegerAttribute(child, L"Height");
-        spec.id = IntegerAttribute(child, L"CommandID");
+        shape.windowClass = windowClass != nullptr ? windowClass->GetValue() : L"";
+        shape.x = IntegerAttribute(child, L"X");
+        shape.y = IntegerAttribute(child, L"Y");
+        shape.width = IntegerAttribute(child, L"Width");
+        shape.height = IntegerAttribute(child, L"Height");
+        shape.id = IntegerAttribute(child, L"CommandID");
         MirlUiWindow::Attribute *text = child->GetAttribute(L"Text");
         MirlUiElementText *element =
             text != nullptr ? static_cast<MirlUiElementText *>(ui->GetUiElement(text->GetValue(), UI_ELEMENT_TEXT)) : nullptr;
-        spec.text = element != nullptr ? element->GetText() : L"";
-        specs.push_back(spec);
+        shape.text = element != nullptr ? element->GetText() : L"";
+        shapes.push_back(shape);
     }
-    return specs;
+    return shapes;
 }
 
 std::unique_ptr<BenchFrame> CreateTree(const wchar_t *templateName)
@@ -112,7 +112,7 @@ void DestroyTree(std::unique_ptr<BenchFrame> &frame)
     PumpMessages();
 }
 
-HWND CreateBareTree(const std::vector<ChildSpec> &specs)
+HWND CreateBareTree(const std::vector<ChildShape> &shapes)
 {
     RegisterPlainClass();
     HINSTANCE instance = ::GetModuleHandleW(nullptr);
@@ -121,18 +121,18 @@ HWND CreateBareTree(const std::vector<ChildSpec> &specs)
     if (parent == nullptr) {
         throw BenchError("CreateWindowExW failed for the baseline's popup");
     }
-    for (const ChildSpec &spec : specs) {
+    for (const ChildShape &shape : shapes) {
         const wchar_t *windowClass = kPlainClass;
         DWORD style = WS_CHILD | WS_VISIBLE;
-        if (_wcsicmp(spec.windowClass.c_str(), L"BUTTON") == 0) {
+        if (_wcsicmp(shape.windowClass.c_str(), L"BUTTON") == 0) {
             windowClass = L"BUTTON";
             style |= BS_PUSHBUTTON;
-        } else if (_wcsicmp(spec.windowClass.c_str(), L"STATIC") == 0) {
+        } else if (_wcsicmp(shape.windowClass.c_str(), L"STATIC") == 0) {
             windowClass = L"STATIC";
             style |= SS_LEFT;
         }
-        ::CreateWindowExW(0, windowClass, spec.text.empty() ? nullptr : spec.text.c_str(), style, spec.x, spec.y,
-                          spec.width, spec.height, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(spec.id)),
+        ::CreateWindowExW(0, windowClass, shape.text.empty() ? nullptr : shape.text.c_str(), style, shape.x, shape.y,
+                          shape.width, shape.height, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(shape.id)),
                           instance, nullptr);
     }
     return parent;
@@ -148,19 +148,19 @@ void DestroyBareTree(HWND parent)
 
 std::vector<Figure> MeasureWindowTree(int repetitions)
 {
-    const std::vector<ChildSpec> specs = TreeSpecs();
-    if (specs.size() != 1000) {
-        throw BenchError("the template \"Tree\" has " + std::to_string(specs.size()) + " children, not 1000");
+    const std::vector<ChildShape> shapes = TreeShapes();
+    if (shapes.size() != 1000) {
+        throw BenchError("the template \"Tree\" has " + std::to_string(shapes.size()) + " children, not 1000");
     }
 
     // Once each before measuring, and a check that every child became a window.
     std::unique_ptr<BenchFrame> frame = CreateTree(L"Tree");
-    if (frame->GetChildCount() != specs.size() || ChildrenOf(frame->m_hWnd).size() != specs.size()) {
+    if (frame->GetChildCount() != shapes.size() || ChildrenOf(frame->m_hWnd).size() != shapes.size()) {
         throw BenchError("the library made " + std::to_string(frame->GetChildCount()) + " of the 1000 children");
     }
     DestroyTree(frame);
-    HWND bare = CreateBareTree(specs);
-    if (ChildrenOf(bare).size() != specs.size()) {
+    HWND bare = CreateBareTree(shapes);
+    if (ChildrenOf(bare).size() != shapes.size()) {
         throw BenchError("the baseline made " + std::to_string(ChildrenOf(bare).size()) + " of the 1000 children");
     }
     DestroyBareTree(bare);
@@ -177,7 +177,7 @@ std::vector<Figure> MeasureWindowTree(int repetitions)
         },
         [&] {
             const double start = Milliseconds();
-            bare = CreateBareTree(specs);
+            bare = CreateBareTree(shapes);
             const double elapsed = Milliseconds() - start;
             DestroyBareTree(bare);
             return elapsed;
@@ -189,15 +189,15 @@ std::vector<Figure> MeasureWindowTree(int repetitions)
     // Relayout: the rectangles the library gives the children at each size are what the
     // baseline moves its own children to.
     frame = CreateTree(L"Tree");
-    bare = CreateBareTree(specs);
+    bare = CreateBareTree(shapes);
     PumpMessages();
     std::vector<HWND> ours;
     for (unsigned int i = 0; i < frame->GetChildCount(); ++i) {
         ours.push_back(frame->GetChildByIndex(i)->m_hWnd);
     }
     std::vector<HWND> theirs;
-    for (const ChildSpec &spec : specs) {
-        theirs.push_back(::GetDlgItem(bare, spec.id));
+    for (const ChildShape &shape : shapes) {
+        theirs.push_back(::GetDlgItem(bare, shape.id));
     }
     std::vector<RECT> places[2];
     for (int s = 0; s < 2; ++s) {
@@ -318,21 +318,21 @@ int RunMemoryProbe(const wchar_t *kind)
         return 2;
     }
     MirlIntialize(BenchSkinPath(L"bench_windows").c_str(), 1033);
-    const std::vector<ChildSpec> specs = TreeSpecs();
+    const std::vector<ChildShape> shapes = TreeShapes();
     // A small tree first, so that classes, fonts and themes that the first window of each kind
     // loads count for neither side.
     if (ours) {
         std::unique_ptr<BenchFrame> warm = CreateTree(L"Warm");
         DestroyTree(warm);
     } else {
-        std::vector<ChildSpec> oneOfEach;
-        for (const ChildSpec &spec : specs) {
+        std::vector<ChildShape> oneOfEach;
+        for (const ChildShape &shape : shapes) {
             bool seen = false;
-            for (const ChildSpec &kept : oneOfEach) {
-                seen = seen || kept.windowClass == spec.windowClass;
+            for (const ChildShape &kept : oneOfEach) {
+                seen = seen || kept.windowClass == shape.windowClass;
             }
             if (!seen) {
-                oneOfEach.push_back(spec);
+                oneOfEach.push_back(shape);
             }
         }
         DestroyBareTree(CreateBareTree(oneOfEach));
@@ -346,7 +346,7 @@ int RunMemoryProbe(const wchar_t *kind)
     if (ours) {
         frame = CreateTree(L"Tree");
     } else {
-        bare = CreateBareTree(specs);
+        bare = CreateBareTree(shapes);
     }
     PumpMessages();
     const long long workingSet = static_cast<long long>(WorkingSet()) - static_cast<long long>(workingSetBefore);

@@ -15,7 +15,7 @@ class BenchFrame : public MirlWindowImpl<BenchFrame> {
 };
 
 // One child of the "Tree" template as written: class, place before layout, caption, identifier.
-struct ChildSpec {
+struct ChildShape {
     std::wstring windowClass;
     int x;
     int y;
@@ -26,14 +26,14 @@ struct ChildSpec {
 };
 
 // The children of the "Tree" template of the window skin, which MirlIntialize must have loaded.
-std::vector<ChildSpec> TreeSpecs();
+std::vector<ChildShape> TreeShapes();
 
 // The library's tree from a template; throws if it wasn't made.
 std::unique_ptr<BenchFrame> CreateTree(const wchar_t *templateName);
 void DestroyTree(std::unique_ptr<BenchFrame> &frame);
 
-// The baseline: a popup of 1280x900 with one child per spec, all through CreateWindowExW.
-HWND CreateBareTree(const std::vector<ChildSpec> &specs);
+// The baseline: a popup of 1280x900 with one child of each shape given, all through CreateWindowExW.
+HWND CreateBareTree(const std::vector<ChildShape> &shapes);
 void DestroyBareTree(HWND parent);
 
 } // namespace mirlbench
