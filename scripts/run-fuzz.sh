@@ -14,14 +14,10 @@ bash scripts/setup.sh || exit 1
 budget=${1:-60}
 seed=${MIRL_FUZZ_SEED:-$(date +%s)}
 arch=i686
-JOBS=${MIRL_JOBS:-$(nproc)}
 
 echo "== building the fuzzer ($arch)"
-cmake -S . -B "build/$arch" -G Ninja -DCMAKE_TOOLCHAIN_FILE="cmake/$arch-w64-mingw32.cmake" \
-    -DCMAKE_BUILD_TYPE=RelWithDebInfo >"build-$arch-configure.log" 2>&1 \
-    || { cat "build-$arch-configure.log"; exit 1; }
-rm -f "build-$arch-configure.log"
-cmake --build "build/$arch" -j "$JOBS" --target mirl_fuzz mirl_fuzz_worker || exit 1
+source scripts/build.sh
+mirl_build "$arch" mirl_fuzz mirl_fuzz_worker || exit 1
 
 source scripts/wine-session.sh
 wine_session_start

@@ -7,16 +7,13 @@ cd "$(dirname "$0")/.."
 
 bash scripts/setup.sh || exit 1
 
+source scripts/build.sh
 ARCHES=${MIRL_ARCHES:-"i686 x86_64"}
 JOBS=${MIRL_JOBS:-$(nproc)}
 
 for arch in $ARCHES; do
     echo "== building $arch"
-    cmake -S . -B "build/$arch" -G Ninja -DCMAKE_TOOLCHAIN_FILE="cmake/$arch-w64-mingw32.cmake" \
-        -DCMAKE_BUILD_TYPE=RelWithDebInfo >"build-$arch-configure.log" 2>&1 \
-        || { cat "build-$arch-configure.log"; exit 1; }
-    rm -f "build-$arch-configure.log"
-    cmake --build "build/$arch" -j "$JOBS" || exit 1
+    mirl_build "$arch" || exit 1
 done
 
 source scripts/wine-session.sh
