@@ -259,10 +259,14 @@ public:
 
     // Includes nested deeper than this are refused.
     enum { MaxIncludeDepth = 32 };
-    // At most this many documents are read or looked for in the package for one skin, the first
-    // one included: a document included a thousand times, each including a chain (or thousands
-    // of entries that don't exist), would otherwise be read without end.
+    // At most this many includes are followed for one skin, the first document included, and
+    // every include met counts whether it is read, missing, refused as a cycle or too deep:
+    // a document included a thousand times, each including a chain (or thousands of entries
+    // that don't exist, or itself), would otherwise be read without end.
     enum { MaxDocuments = 1024 };
+    // No document is read once this many bytes of documents have been read for one skin: a
+    // large document included a thousand times would otherwise be parsed a thousand times.
+    enum { MaxDocumentBytes = 8 * 1024 * 1024 };
 
 protected:
     typedef std::vector<MirlUiElement *> ElementList;
@@ -295,6 +299,7 @@ protected:
     // The first element of each name in each list; cleared with the lists. Null if it could not
     // be allocated: lookups then walk the lists.
     MirlLookupIndex *m_LookupIndex;
-    // Documents read or looked for since the skin began to load.
+    // Includes met, and bytes of documents read, since the skin began to load.
     unsigned long m_DocumentsSought;
+    unsigned long long m_DocumentBytesRead;
 };

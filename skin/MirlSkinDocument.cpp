@@ -62,21 +62,30 @@ void MirlUI::LoadFile(const wchar_t *fileName)
     if (fileName == nullptr || m_Package == nullptr) {
         return;
     }
+    // Every include met counts, refused ones too: a document holding thousands of includes of
+    // itself, included thousands of times, would otherwise be walked without end.
+    if (m_DocumentsSought >= static_cast<unsigned long>(MaxDocuments)) {
+        return;
+    }
+    ++m_DocumentsSought;
     for (const std::wstring &loading : m_Loading) {
         if (_wcsicmp(loading.c_str(), fileName) == 0) {
             return;
         }
     }
     if (m_Loading.size() > static_cast<size_t>(MaxIncludeDepth) ||
-        m_DocumentsSought >= static_cast<unsigned long>(MaxDocuments)) {
+        m_DocumentBytesRead >= static_cast<unsigned long long>(MaxDocumentBytes)) {
         return;
     }
-    ++m_DocumentsSought;
     // Only what the entry really holds: a forged size would have the parser read megabytes
     // of zeros after the document.
     IStreamPtr stream = m_Package->ExtractDocument(fileName);
     if (stream == nullptr) {
         return;
+    }
+    STATSTG held = {};
+    if (SUCCEEDED(stream->Stat(&held, STATFLAG_NONAME))) {
+        m_DocumentBytesRead += held.cbSize.QuadPart;
     }
     IXMLDOMDocumentPtr document;
     HRESULT hr = CoCreateInstance(CLSID_DOMDocument30, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IXMLDOMDocument),

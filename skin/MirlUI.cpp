@@ -12,7 +12,8 @@ MirlUI *MirlUI::m_Instance = nullptr;
 
 MirlUI::MirlUI()
     : m_Valid(false), m_CurrentLanguage(1033), m_Package(new (std::nothrow) MirlSkinPackage()),
-      m_ListsSearched(0), m_LookupIndex(new (std::nothrow) MirlLookupIndex()), m_DocumentsSought(0)
+      m_ListsSearched(0), m_LookupIndex(new (std::nothrow) MirlLookupIndex()), m_DocumentsSought(0),
+      m_DocumentBytesRead(0)
 {
 }
 
@@ -55,6 +56,7 @@ void MirlUI::Load(const wchar_t *skinPath)
     m_Package->Open(skinPath);
     ClearUiElements();
     m_DocumentsSought = 0;
+    m_DocumentBytesRead = 0;
     LoadFile(L"Skin.xml");
 }
 

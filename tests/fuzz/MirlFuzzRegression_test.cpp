@@ -5,6 +5,7 @@
 #include "MirlSkinCorpus.h"
 #include "MirlSkinRunner.h"
 #include "MirlSkinPackage.h"
+#include "MirlTestSupport.h"
 #include "MirlZipWriter.h"
 
 #include <gtest/gtest.h>
@@ -100,6 +101,43 @@ TEST(FuzzRegression, EveryRecordedInputEndsAllowedWithinSecondsAndLeavesTheHeaps
         EXPECT_TRUE(HeapsAreValid()) << Narrow(input);
         (void)outcome; // every outcome RunSkinPackage returns is an allowed one
     }
+}
+
+TEST(FuzzRegression, NoDocumentIsReadOnceEightMebibytesOfDocumentsHaveBeen)
+{
+    // Big.xml holds exactly 1 MiB and Skin.xml includes it 40 times. Skin.xml and 7 copies
+    // stay under 8 MiB, so an 8th copy is read and the 32 includes after it are left out.
+    const std::string head = "<Skin><Text><TxtBig Text=\"big\"/></Text><!--";
+    const std::string tail = "--></Skin>";
+    std::string big = head + std::string(1024 * 1024 - head.size() - tail.size(), ' ') + tail;
+    std::string skin = "<Skin><Text><TxtRoot Text=\"root\"/></Text>";
+    for (int i = 0; i < 40; ++i) {
+        skin += "<Include File=\"Big.xml\"/>";
+    }
+    skin += "<Text><TxtAfter Text=\"after\"/></Text></Skin>";
+    ZipArchive archive;
+    for (const auto &document : {std::make_pair("Skin.xml", skin), std::make_pair("Big.xml", big)}) {
+        ZipEntry entry;
+        entry.name = document.first;
+        entry.data = Bytes(document.second.begin(), document.second.end());
+        entry.deflate = true;
+        archive.entries.push_back(entry);
+    }
+    wchar_t folder[MAX_PATH] = {};
+    ::GetTempPathW(MAX_PATH, folder);
+    const std::wstring path = std::wstring(folder) + L"mirl-repeated-megabyte.zip";
+    ASSERT_TRUE(WriteWholeFile(path, WriteZip(archive)));
+    {
+        mirltest::ComScope com;
+        mirltest::ProbeUI ui;
+        ui.Load(path.c_str());
+        EXPECT_EQ(9u, ui.Documents());
+        ASSERT_EQ(10u, ui.Count(UI_ELEMENT_TEXT, 1033));
+        EXPECT_STREQ(L"TxtRoot", ui.At(UI_ELEMENT_TEXT, 1033, 0)->GetName());
+        EXPECT_STREQ(L"TxtBig", ui.At(UI_ELEMENT_TEXT, 1033, 8)->GetName());
+        EXPECT_STREQ(L"TxtAfter", ui.At(UI_ELEMENT_TEXT, 1033, 9)->GetName());
+    }
+    ::DeleteFileW(path.c_str());
 }
 
 TEST(FuzzRegression, ADocumentDeclaringSixtyFourMebibytesIsParsedFromWhatItHolds)

@@ -318,6 +318,18 @@ TEST_F(SkinDocumentTest, ReadingStopsAtTheDocumentLimitAndTheRestOfEachDocumentS
     EXPECT_STREQ(L"TxtAfter", m_Ui.At(UI_ELEMENT_TEXT, 1033, 1024)->GetName());
 }
 
+TEST_F(SkinDocumentTest, IncludesRefusedAsCyclesCountTowardTheDocumentLimit)
+{
+    // Skin.xml includes Loop.xml three times; Loop.xml includes itself 1,100 times. The first
+    // Loop.xml spends the limit on its refused includes, so the other two are left out.
+    LoadSkin(L"many_cyclic_includes");
+    EXPECT_EQ(2u, m_Ui.Documents());
+    ASSERT_EQ(3u, m_Ui.Count(UI_ELEMENT_TEXT, 1033));
+    EXPECT_STREQ(L"TxtRoot", m_Ui.At(UI_ELEMENT_TEXT, 1033, 0)->GetName());
+    EXPECT_STREQ(L"TxtLoop", m_Ui.At(UI_ELEMENT_TEXT, 1033, 1)->GetName());
+    EXPECT_STREQ(L"TxtAfter", m_Ui.At(UI_ELEMENT_TEXT, 1033, 2)->GetName());
+}
+
 TEST_F(SkinDocumentTest, IncludesOfMissingEntriesCountTowardTheDocumentLimit)
 {
     // Skin.xml looks for Missing.xml 1,100 times, then includes Found.xml.

@@ -145,16 +145,19 @@ private:
     std::vector<std::wstring> m_Loading;
     std::vector<std::wstring> m_Loaded;
     size_t m_Sought = 0;
+    unsigned long long m_BytesRead = 0;
 };
 
 void Walker::LoadDocument(const std::wstring &name, const Location *include)
 {
+    // The library counts every include it meets toward its limit, refused ones too, and follows
+    // none after it; the repeated includes that lead there are reported where they are.
+    if (m_Sought >= static_cast<size_t>(MirlUI::MaxDocuments)) {
+        return;
+    }
+    ++m_Sought;
     if (include != nullptr && name.empty()) {
         Error(*include, L"an Include without \"File\" includes nothing", L"include-missing");
-        // The library still looks for it, and that counts toward its limit.
-        if (m_Loading.size() <= kMaxIncludeDepth && m_Sought < static_cast<size_t>(MirlUI::MaxDocuments)) {
-            ++m_Sought;
-        }
         return;
     }
     for (const std::wstring &loading : m_Loading) {
@@ -174,12 +177,10 @@ void Walker::LoadDocument(const std::wstring &name, const Location *include)
               L"include-too-deep");
         return;
     }
-    if (m_Sought >= static_cast<size_t>(MirlUI::MaxDocuments)) {
-        // The library stops reading and looking for documents here too; the repeated includes
-        // that lead to this many are reported where they are.
+    if (m_BytesRead >= static_cast<unsigned long long>(MirlUI::MaxDocumentBytes)) {
+        // Nor does it read documents past this many bytes.
         return;
     }
-    ++m_Sought;
     IStreamPtr stream = ExtractDocument(m_UI, name);
     if (stream == nullptr) {
         if (include != nullptr) {
@@ -188,6 +189,10 @@ void Walker::LoadDocument(const std::wstring &name, const Location *include)
             Error(Location{name, L"", ++m_Order}, L"the package has no " + name + L": the skin is empty", L"include-missing");
         }
         return;
+    }
+    STATSTG held = {};
+    if (SUCCEEDED(stream->Stat(&held, STATFLAG_NONAME))) {
+        m_BytesRead += held.cbSize.QuadPart;
     }
     for (const std::wstring &loaded : m_Loaded) {
         if (include != nullptr && _wcsicmp(loaded.c_str(), name.c_str()) == 0) {

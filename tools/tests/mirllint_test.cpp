@@ -251,6 +251,38 @@ TEST(MirlLint, TemplatesDeeperThanTheLoaderReadsAreWarnedAbout)
                                             L"templates: they are left out [template-too-deep]"));
 }
 
+TEST(MirlLint, IncludesPastTheLibrarysDocumentLimitAreNotFollowed)
+{
+    // Loop.xml includes itself 1,100 times. With Skin.xml and Loop.xml, the first 1,022 of those
+    // reach the limit of 1,024 includes: the rest, and Skin.xml's two later includes of
+    // Loop.xml, are left out as the library leaves them out.
+    RunResult result = RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(L"many_cyclic_includes")));
+    ASSERT_TRUE(result.finished);
+    EXPECT_EQ(1u, result.exitCode);
+    size_t cycles = 0;
+    size_t repeats = 0;
+    for (const std::wstring &line : Findings(result)) {
+        cycles += line.find(L"[include-cycle]") != std::wstring::npos ? 1 : 0;
+        repeats += line.find(L"[include-repeated]") != std::wstring::npos ? 1 : 0;
+    }
+    EXPECT_EQ(static_cast<size_t>(MirlUI::MaxDocuments) - 2, cycles);
+    EXPECT_EQ(0u, repeats);
+}
+
+TEST(MirlLint, DocumentsPastTheLibrarysByteLimitAreNotRead)
+{
+    // Skin.xml (26,015 bytes) includes Big.xml (857,810 bytes) 1,000 times. The library reads
+    // documents until 8 MiB have been read: Big.xml ten times, nine of them repeats.
+    const std::wstring package = mirltooltest::BinDir() + L"\\fuzz-regressions\\hang-thousand-includes-of-a-large-document.zip";
+    RunResult result = RunTool(L"mirllint.exe", mirltooltest::Quote(package));
+    ASSERT_TRUE(result.finished);
+    size_t repeats = 0;
+    for (const std::wstring &line : Findings(result)) {
+        repeats += line.find(L"[include-repeated]") != std::wstring::npos ? 1 : 0;
+    }
+    EXPECT_EQ(9u, repeats);
+}
+
 TEST(MirlLint, APackageThatCannotBeOpenedIsAnError)
 {
     RunResult result = RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(L"no_such_skin")));
