@@ -38,6 +38,9 @@ wine_session_start() {
 
 wine_session_stop() {
     if [ -n "${MIRL_WINESERVER_PID:-}" ]; then
+        # The prefix's services (services.exe, explorer.exe, plugplay.exe, winedevice.exe) outlive
+        # a server that is only signalled; -k ends them with it.
+        wineserver -k >/dev/null 2>&1 || true
         kill "$MIRL_WINESERVER_PID" 2>/dev/null || true
         wait "$MIRL_WINESERVER_PID" 2>/dev/null || true
         MIRL_WINESERVER_PID=
