@@ -181,7 +181,8 @@ void Walker::LoadDocument(const std::wstring &name, const Location *include)
         // Nor does it read documents past this many bytes.
         return;
     }
-    IStreamPtr stream = ExtractDocument(m_UI, name);
+    // Read as the loader reads it: what the entry holds, not the padding a forged size declares.
+    IStreamPtr stream = m_UI != nullptr ? m_UI->ExtractDocument(name.c_str()) : IStreamPtr();
     if (stream == nullptr) {
         if (include != nullptr) {
             Error(*include, L"'" + name + L"' is not in the package: the include reads nothing", L"include-missing");
@@ -474,11 +475,6 @@ const Attr *FindAttrExact(const std::vector<Attr> &attributes, const wchar_t *na
         }
     }
     return nullptr;
-}
-
-IStreamPtr ExtractDocument(MirlUI *ui, const std::wstring &name)
-{
-    return ui != nullptr ? ui->ExtractDocument(name.c_str()) : IStreamPtr();
 }
 
 const Definition *Skin::Find(unsigned long type, const std::wstring &name, unsigned int language) const

@@ -63,12 +63,6 @@ struct Skin {
     const AbortPoint *FirstAbort() const;
 };
 
-// A document as the loader parses it: the entry without the zeros after its last byte that
-// isn't one, at an even length so that UTF-16 keeps its last character. A forged directory
-// record can declare megabytes the entry doesn't hold, and MSXML would crawl through all of
-// that padding. Null if the entry is absent.
-IStreamPtr ExtractDocument(MirlUI *ui, const std::wstring &name);
-
 // Reads the package that the library has open through MirlUI, reporting what the loader
 // would skip, refuse or fail on in the structure of the documents.
 void WalkSkin(MirlUI *ui, Skin &skin, Report &report);

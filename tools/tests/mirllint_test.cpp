@@ -310,7 +310,7 @@ TEST(MirlLintSkin, DocumentsAreParsedFromWhatTheirEntryHoldsNotFromWhatItsDirect
     const std::wstring package = mirltooltest::BinDir() + L"\\fuzz-regressions\\hang-declared-64mib-document.zip";
     mirltool::LibraryStart start = mirltool::StartLibrary(package.c_str(), 1033);
     ASSERT_TRUE(start.loaded);
-    IStreamPtr document = mirllint::ExtractDocument(MirlUI::Instance(), L"Skin.xml");
+    IStreamPtr document = MirlUI::Instance()->ExtractDocument(L"Skin.xml");
     IStreamPtr entry = MirlUI::Instance()->ExtractFile(L"Skin.xml");
     STATSTG documentStat = {};
     STATSTG entryStat = {};
@@ -320,7 +320,7 @@ TEST(MirlLintSkin, DocumentsAreParsedFromWhatTheirEntryHoldsNotFromWhatItsDirect
     entry->Stat(&entryStat, STATFLAG_NONAME);
     EXPECT_EQ(48u, documentStat.cbSize.QuadPart);
     EXPECT_EQ(64u * 1024 * 1024, entryStat.cbSize.QuadPart);
-    EXPECT_EQ(nullptr, mirllint::ExtractDocument(MirlUI::Instance(), L"Gone.xml"));
+    EXPECT_EQ(nullptr, MirlUI::Instance()->ExtractDocument(L"Gone.xml"));
     document = nullptr;
     entry = nullptr;
     MirlUnIntialize();
