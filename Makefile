@@ -1,5 +1,5 @@
 # The front door. Each target installs what it needs first (scripts/setup.sh, idempotent).
-.PHONY: test demo fuzz bench setup clean
+.PHONY: test demo fuzz bench sdk setup clean
 
 # Builds for i686 and x86_64 and runs every test under Wine; ends with "N passed, N failed".
 test:
@@ -19,6 +19,10 @@ fuzz:
 # baseline that does the same work with the platform alone, their ratio and the target.
 bench:
 	bash scripts/run-bench.sh
+
+# Builds both architectures and writes build/MIRL-sdk-VERSION.zip, what applications build against.
+sdk:
+	bash scripts/make-sdk.sh
 
 setup:
 	bash scripts/setup.sh

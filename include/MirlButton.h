@@ -163,7 +163,7 @@ public:
 
     // Message handlers
     LRESULT OnMouseMessage(UINT uMsg, WPARAM wParam, LPARAM lParam, BOOL &bHandled);
-    int OnCreate(LPCREATESTRUCT create);
+    int OnCreate(LPCREATESTRUCTW create);
     void OnDestroy();
     int OnSetWindowText(const wchar_t *text);
     void OnSize(UINT type, SIZE size);
@@ -193,7 +193,7 @@ public:
 
     BEGIN_MSG_MAP_EX(MirlButton)
         MESSAGE_RANGE_HANDLER(WM_MOUSEFIRST, WM_MOUSEFIRST + 13, OnMouseMessage)
-        MIRL_BUTTON_HANDLER(WM_CREATE, OnCreate(reinterpret_cast<LPCREATESTRUCT>(lParam)))
+        MIRL_BUTTON_HANDLER(WM_CREATE, OnCreate(reinterpret_cast<LPCREATESTRUCTW>(lParam)))
         MIRL_BUTTON_HANDLER(WM_DESTROY, (OnDestroy(), 0))
         MIRL_BUTTON_HANDLER(WM_ERASEBKGND, 1)
         MIRL_BUTTON_HANDLER(WM_SETTEXT, OnSetWindowText(reinterpret_cast<const wchar_t *>(lParam)))

@@ -16,6 +16,14 @@ for arch in $ARCHES; do
     mirl_build "$arch" || exit 1
 done
 
+# The SDK archive needs both architectures; its test unpacks it and builds against it.
+rm -f build/MIRL-sdk-*.zip
+case " $ARCHES " in
+    *" i686 "*" x86_64 "*|*" x86_64 "*" i686 "*)
+        echo "== packaging the SDK"
+        mirl_package_sdk || { echo "the SDK could not be packaged"; exit 1; } ;;
+esac
+
 source scripts/wine-session.sh
 wine_session_start
 

@@ -317,7 +317,7 @@ const wchar_t *MirlButton::AttributeValue(const wchar_t *name) const
 // ---------------------------------------------------------------------------------------------
 // Creation and destruction
 
-int MirlButton::OnCreate(LPCREATESTRUCT)
+int MirlButton::OnCreate(LPCREATESTRUCTW)
 {
     BOOL handled = TRUE;
     Base::OnCreate(WM_CREATE, 0, 0, handled);

@@ -10,10 +10,6 @@
 #ifndef MIRL_PLATFORM_ATL_MIRLATLBASE_H
 #define MIRL_PLATFORM_ATL_MIRLATLBASE_H
 
-#if !defined(UNICODE) || !defined(_UNICODE)
-#error "The ATL/WTL subset is wide-only: build with UNICODE and _UNICODE defined."
-#endif
-
 #include <windows.h>
 #include <commctrl.h>
 #include <olectl.h>
@@ -29,6 +25,11 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace ATL
 {
+
+// The subset is wide throughout and names the W functions and types itself, so that it
+// compiles the same whether or not the application defines UNICODE. IDC_ARROW and
+// MAKEINTATOM follow UNICODE; this is the arrow's identifier as a wide resource name.
+static const LPCWSTR kArrowCursorId = MAKEINTRESOURCEW(32512);
 
 // Window classes are registered per module, with the module's own instance handle,
 // so that a DLL and an EXE that both use these templates never share a class by accident.

@@ -621,7 +621,7 @@ struct CWndClassInfoW
     ~CWndClassInfoW()
     {
         if (m_bRegistered)
-            ::UnregisterClassW(MAKEINTATOM(m_atom), m_wc.hInstance);
+            ::UnregisterClassW(MAKEINTRESOURCEW(m_atom), m_wc.hInstance);
     }
 
     static constexpr int kMinWndExtra = 64;
@@ -652,7 +652,7 @@ typedef CWndClassInfoW CWndClassInfo;
             { sizeof(WNDCLASSEXW), CS_HREDRAW | CS_VREDRAW | CS_DBLCLKS, ATL::AtlStartWindowProc, \
               0, 0, NULL, NULL, NULL, reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_WINDOW + 1)), \
               NULL, WndClassName, NULL }, \
-            NULL, NULL, IDC_ARROW, TRUE, 0, L"", FALSE }; \
+            NULL, NULL, ATL::kArrowCursorId, TRUE, 0, L"", FALSE }; \
         return wc; \
     }
 
@@ -663,7 +663,7 @@ typedef CWndClassInfoW CWndClassInfo;
             { sizeof(WNDCLASSEXW), (style), ATL::AtlStartWindowProc, \
               0, 0, NULL, NULL, NULL, reinterpret_cast<HBRUSH>(static_cast<INT_PTR>((bkgnd) + 1)), \
               NULL, WndClassName, NULL }, \
-            NULL, NULL, IDC_ARROW, TRUE, 0, L"", FALSE }; \
+            NULL, NULL, ATL::kArrowCursorId, TRUE, 0, L"", FALSE }; \
         return wc; \
     }
 
@@ -906,7 +906,7 @@ public:
         mirl_detail::CreateWndData data = { static_cast<void*>(this), &AttachCreated };
         mirl_detail::CreateWndData* const pOldData = mirl_detail::t_pCreateWndData;
         mirl_detail::t_pCreateWndData = &data;
-        const HWND hWnd = ::CreateWindowExW(dwExStyle, MAKEINTATOM(atom), szWindowName, dwStyle,
+        const HWND hWnd = ::CreateWindowExW(dwExStyle, MAKEINTRESOURCEW(atom), szWindowName, dwStyle,
                                             rc.left, rc.top, cx, cy, hWndParent, MenuOrID.m_hMenu,
                                             AtlModuleInstance(), lpCreateParam);
         // Still set if the window never received a message.
