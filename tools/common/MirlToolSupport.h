@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Mirl.h"
+#include "MirlFolderPackage.h"
 #include "Ostra.h"
 
 #include <fcntl.h>
@@ -131,6 +132,22 @@ inline LibraryStart StartLibrary(const wchar_t *package, unsigned int language)
         start.message = DescribeCurrentException(&start.hresult);
     }
     return start;
+}
+
+// StartLibrary on a skin as an author gives it: a package, or a folder, which is packed into
+// folder (a temporary archive that lives as long as that object) and read as its package.
+inline LibraryStart StartSkin(const std::wstring &skin, unsigned int language, FolderPackage &folder)
+{
+    if (!IsFolder(skin)) {
+        return StartLibrary(skin.c_str(), language);
+    }
+    std::wstring error;
+    if (!folder.Pack(skin, error)) {
+        LibraryStart start;
+        start.message = L"the folder could not be read as a package: " + error;
+        return start;
+    }
+    return StartLibrary(folder.path().c_str(), language);
 }
 
 inline bool EqualsIgnoringCase(const std::wstring &a, const std::wstring &b)

@@ -376,6 +376,17 @@ void Checker::CheckTemplate(const Template &window, const std::wstring &parentCl
         }
     }
 
+    if (!top && _wcsicmp(windowClass.c_str(), L"BUTTON") == 0) {
+        const Attr *id = FindAttr(window.attributes, L"CommandID");
+        MirlUiWindow::Attribute reader(L"CommandID", id != nullptr ? id->value.c_str() : L"0");
+        if (reader.GetInteger() == 0) {
+            Error(window.where, std::wstring(id == nullptr ? L"the BUTTON has no \"CommandID\"" : L"the BUTTON's \"CommandID\" is 0") +
+                                    L": it is never drawn, because its parent takes an owner-draw notification with "
+                                    L"identifier 0 for a menu's; give it an identifier of its own",
+                  L"button-no-command-id");
+        }
+    }
+
     CheckWordsOf(window, L"Style", WordTable::Style, L"style-word");
     CheckWordsOf(window, L"ExStyle", WordTable::ExStyle, L"style-word");
     CheckWordsOf(window, L"Align", WordTable::Align, L"position-word");

@@ -426,9 +426,10 @@ bool IsWellFormedInteger(const std::wstring &value)
 const std::vector<std::wstring> &RuleNames()
 {
     static const std::vector<std::wstring> names = {
-        L"attribute-case",        L"class-listbox",         L"comment-in-language", L"control-image-missing",
-        L"duplicate-sibling",     L"font-family-too-long",  L"image-file-missing",  L"image-unreadable",
-        L"include-cycle",         L"include-misplaced",     L"include-missing",     L"include-repeated",
+        L"attribute-case",        L"button-no-command-id",  L"class-listbox",       L"comment-in-language",
+        L"control-image-missing", L"document-size-limit",   L"duplicate-sibling",   L"font-family-too-long",
+        L"image-file-missing",    L"image-unreadable",      L"include-cycle",       L"include-limit",
+        L"include-misplaced",     L"include-missing",       L"include-repeated",
         L"include-too-deep",      L"layout-word",           L"lint-mismatch",       L"loader-error",
         L"missing-element",       L"not-well-formed",       L"package-unreadable",  L"position-word",
         L"root-not-skin",         L"section-case",          L"shadowed-definition", L"style-not-child",

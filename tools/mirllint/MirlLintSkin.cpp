@@ -146,6 +146,8 @@ private:
     std::vector<std::wstring> m_Loaded;
     size_t m_Sought = 0;
     unsigned long long m_BytesRead = 0;
+    bool m_IncludeLimitReported = false;
+    bool m_DocumentLimitReported = false;
 };
 
 void Walker::LoadDocument(const std::wstring &name, const Location *include)
@@ -153,6 +155,12 @@ void Walker::LoadDocument(const std::wstring &name, const Location *include)
     // The library counts every include it meets toward its limit, refused ones too, and follows
     // none after it; the repeated includes that lead there are reported where they are.
     if (m_Sought >= static_cast<size_t>(MirlUI::MaxDocuments)) {
+        if (include != nullptr && !m_IncludeLimitReported) {
+            m_IncludeLimitReported = true;
+            Error(*include, L"the library follows no include past the " + std::to_wstring(MirlUI::MaxDocuments) +
+                                L"th it meets: this include of '" + name + L"' and every one after it read nothing",
+                  L"include-limit");
+        }
         return;
     }
     ++m_Sought;
@@ -179,6 +187,13 @@ void Walker::LoadDocument(const std::wstring &name, const Location *include)
     }
     if (m_BytesRead >= static_cast<unsigned long long>(MirlUI::MaxDocumentBytes)) {
         // Nor does it read documents past this many bytes.
+        if (include != nullptr && !m_DocumentLimitReported) {
+            m_DocumentLimitReported = true;
+            Error(*include, L"the library reads no document once " + std::to_wstring(MirlUI::MaxDocumentBytes / (1024 * 1024)) +
+                                L" MiB of documents have been read for the skin (" + std::to_wstring(m_BytesRead) +
+                                L" bytes so far): '" + name + L"' and every document after it are not read",
+                  L"document-size-limit");
+        }
         return;
     }
     // Read as the loader reads it: what the entry holds, not the padding a forged size declares.

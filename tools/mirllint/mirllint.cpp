@@ -3,7 +3,9 @@
 //
 //   FILE: warning|error: PATH: message [rule-name]
 //
-//   mirllint SKIN.zip [--lang ID]... [--json]
+//   mirllint SKIN [--lang ID]... [--json]
+//
+// SKIN is a package or a skin folder, which is read as its package would be.
 //
 // Exit codes: 0 no error (warnings allowed), 1 at least one error, 2 usage.
 #include "MirlToolSupport.h"
@@ -18,7 +20,7 @@
 
 namespace {
 
-const wchar_t kUsage[] = L"usage: mirllint SKIN.zip [--lang ID]... [--json]\n";
+const wchar_t kUsage[] = L"usage: mirllint SKIN [--lang ID]... [--json]\nSKIN is a skin package (.zip) or a skin folder, read as its package would be.\n";
 
 std::wstring BaseName(const std::wstring &path)
 {
@@ -30,7 +32,8 @@ std::wstring BaseName(const std::wstring &path)
 int CheckPackage(const std::wstring &package, const std::vector<unsigned int> &languages, bool json)
 {
     mirllint::Report report;
-    mirltool::LibraryStart start = mirltool::StartLibrary(package.c_str(), 1033);
+    mirltool::FolderPackage folder;
+    mirltool::LibraryStart start = mirltool::StartSkin(package, 1033, folder);
     if (!start.packageOpened) {
         report.Add(mirllint::Severity::Error, mirllint::Location{BaseName(package), L"", 0},
                    L"the library could not open the package: " + start.message, L"package-unreadable", 0);

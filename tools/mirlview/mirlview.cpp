@@ -1,26 +1,49 @@
 // mirlview: creates a skin template's window tree with the library itself and shows it, or
 // renders it to a PNG through the windows' paint-into-a-context path.
 //
-//   mirlview SKIN.zip TEMPLATE [--lang ID] [--size WxH] [--state normal|hover|pressed|disabled] [--png OUT.png]
-//   mirlview SKIN.zip --list [--lang ID]
+//   mirlview SKIN TEMPLATE [--lang ID] [--size WxH] [--state STATE] [--png OUT.png] [--watch]
+//   mirlview SKIN --gallery OUT.png|OUT.html [--lang ID]
+//   mirlview SKIN --list [--lang ID]
+//
+// SKIN is a package or a skin folder, which is read as its package would be. --watch renders
+// again whenever the skin changes on disk.
 //
 // Exit codes: 0 success, 1 the window could not be made or the picture not written, 2 usage,
 // 3 the skin could not be loaded, 4 no such template.
+#include "MirlFolderPackage.h"
 #include "MirlToolSupport.h"
+#include "MirlViewGallery.h"
 #include "MirlViewRender.h"
 
+#include <memory>
+
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
 
 namespace {
 
+// The states a control may draw differently, in the gallery's order. No control of the
+// library draws "selected" yet; a tab or a list row will.
+const wchar_t *const kStates[] = {L"normal", L"hover", L"pressed", L"disabled", L"checked", L"selected"};
+
+bool IsState(const std::wstring &state)
+{
+    for (const wchar_t *known : kStates) {
+        if (state == known) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // Puts every button of the tree into the state asked for, the way a user would: disabled
-// windows, a held press, or the pointer over each button in turn (a hovering button keeps its
-// hover when another one takes the capture).
+// windows, a held press, a check button checked, or the pointer over each button in turn (a hovering button
+// keeps its hover when another one takes the capture).
 void ApplyButtonState(MirlWindowBase *window, const std::wstring &state)
 {
-    if (state == L"normal") {
+    if (state == L"normal" || state == L"selected") {
         return;
     }
     for (unsigned int i = 0; i < window->GetChildCount(); ++i) {
@@ -30,6 +53,8 @@ void ApplyButtonState(MirlWindowBase *window, const std::wstring &state)
                 ::EnableWindow(button->m_hWnd, FALSE);
             } else if (state == L"pressed") {
                 ::SendMessageW(button->m_hWnd, BM_SETSTATE, TRUE, 0);
+            } else if (state == L"checked") {
+                button->SetCheck(true, true);  // only a check button takes it
             } else if (state == L"hover") {
                 ::SetActiveWindow(::GetAncestor(button->m_hWnd, GA_ROOT));
                 ::SendMessageW(button->m_hWnd, WM_MOUSEMOVE, 0, MAKELPARAM(1, 1));
@@ -44,9 +69,14 @@ void ApplyButtonState(MirlWindowBase *window, const std::wstring &state)
 enum ExitCode { ExitOk = 0, ExitFailed = 1, ExitUsage = 2, ExitSkin = 3, ExitNoTemplate = 4 };
 
 const wchar_t kUsage[] =
-    L"usage: mirlview SKIN.zip TEMPLATE [--lang ID] [--size WxH] [--state normal|hover|pressed|disabled] [--png OUT.png]\n"
-    L"       mirlview SKIN.zip --list [--lang ID]\n"
-    L"Without --png the window opens on the screen until it is closed (Escape closes it too).\n";
+    L"usage: mirlview SKIN TEMPLATE [--lang ID] [--size WxH] [--state normal|hover|pressed|disabled|checked|selected]\n"
+    L"                [--png OUT.png] [--watch]\n"
+    L"       mirlview SKIN --gallery OUT.png|OUT.html [--lang ID]\n"
+    L"       mirlview SKIN --list [--lang ID]\n"
+    L"SKIN is a skin package (.zip) or a skin folder, read as its package would be.\n"
+    L"Without --png the window opens on the screen until it is closed (Escape closes it too).\n"
+    L"--watch renders again whenever the skin changes on disk, until the window is closed or,\n"
+    L"with --png, until the program is stopped.\n";
 
 struct Options {
     std::wstring package;
@@ -56,7 +86,9 @@ struct Options {
     int height = 0;
     std::wstring state = L"normal";
     std::wstring png;
+    std::wstring gallery;
     bool list = false;
+    bool watch = false;
 };
 
 int Usage(const wchar_t *problem)
@@ -77,7 +109,9 @@ bool ParseArguments(int argc, wchar_t **argv, Options &options, std::wstring &pr
         bool hasValue = i + 1 < argc;
         if (arg == L"--list") {
             options.list = true;
-        } else if (arg == L"--lang" || arg == L"--size" || arg == L"--state" || arg == L"--png") {
+        } else if (arg == L"--watch") {
+            options.watch = true;
+        } else if (arg == L"--lang" || arg == L"--size" || arg == L"--state" || arg == L"--png" || arg == L"--gallery") {
             if (!hasValue) {
                 problem = arg + L" needs a value";
                 return false;
@@ -97,11 +131,12 @@ bool ParseArguments(int argc, wchar_t **argv, Options &options, std::wstring &pr
                 }
             } else if (arg == L"--state") {
                 options.state = value;
-                if (options.state != L"normal" && options.state != L"hover" && options.state != L"pressed" &&
-                    options.state != L"disabled") {
-                    problem = L"--state takes normal, hover, pressed or disabled";
+                if (!IsState(options.state)) {
+                    problem = L"--state takes normal, hover, pressed, disabled, checked or selected";
                     return false;
                 }
+            } else if (arg == L"--gallery") {
+                options.gallery = value;
             } else {
                 options.png = value;
             }
@@ -112,13 +147,23 @@ bool ParseArguments(int argc, wchar_t **argv, Options &options, std::wstring &pr
             positional.push_back(arg);
         }
     }
-    size_t wanted = options.list ? 1 : 2;
+    bool whole = options.list || !options.gallery.empty();
+    if (options.list && !options.gallery.empty()) {
+        problem = L"--list and --gallery go one at a time";
+        return false;
+    }
+    if (whole && options.watch) {
+        problem = L"--watch goes with a template";
+        return false;
+    }
+    size_t wanted = whole ? 1 : 2;
     if (positional.size() != wanted) {
-        problem = options.list ? L"--list takes the skin package only" : L"a skin package and a template name are needed";
+        problem = whole ? (options.list ? L"--list takes the skin only" : L"--gallery takes the skin only")
+                        : L"a skin and a template name are needed";
         return false;
     }
     options.package = positional[0];
-    if (!options.list) {
+    if (!whole) {
         options.templateName = positional[1];
     }
     return true;
@@ -272,78 +317,295 @@ std::wstring SimilarTemplate(const std::wstring &name)
     return std::wstring();
 }
 
-int ShowTemplate(const Options &options)
+MirlUiWindow *FindTemplate(const std::wstring &name)
 {
-    MirlUiWindow *ui = static_cast<MirlUiWindow *>(
-        MirlUI::Instance()->GetUiElement(options.templateName.c_str(), UI_ELEMENT_WINDOW));
-    if (ui == nullptr) {
-        std::wstring similar = SimilarTemplate(options.templateName);
-        std::fwprintf(stderr, L"mirlview: the skin has no template named '%ls'%ls%ls%ls\n", options.templateName.c_str(),
-                      similar.empty() ? L"" : L" (did you mean '", similar.c_str(), similar.empty() ? L"" : L"'?)");
-        return ExitNoTemplate;
-    }
-    bool interactive = options.png.empty();
-    unsigned long style = TemplateStyle(ui);
-    int width = options.width > 0 ? options.width : TemplateInteger(ui, L"Width", 64);
-    int height = options.height > 0 ? options.height : TemplateInteger(ui, L"Height", 64);
+    return static_cast<MirlUiWindow *>(MirlUI::Instance()->GetUiElement(name.c_str(), UI_ELEMENT_WINDOW));
+}
 
-    int result = ExitOk;
-    HWND host = nullptr;
+int ReportNoTemplate(const std::wstring &name)
+{
+    std::wstring similar = SimilarTemplate(name);
+    std::fwprintf(stderr, L"mirlview: the skin has no template named '%ls'%ls%ls%ls\n", name.c_str(),
+                  similar.empty() ? L"" : L" (did you mean '", similar.c_str(), similar.empty() ? L"" : L"'?)");
+    std::fflush(stderr);  // --watch goes on, and may be stopped at any moment
+    return ExitNoTemplate;
+}
+
+// One template's window tree, made, laid out and put into a state; it goes with the object.
+class TemplateView {
+public:
+    TemplateView() = default;
+    ~TemplateView() { Destroy(); }
+    TemplateView(const TemplateView &) = delete;
+    TemplateView &operator=(const TemplateView &) = delete;
+
+    // False, with the reason on standard error, when the window can't be made.
+    bool Create(MirlUiWindow *ui, const Options &options, const std::wstring &state, bool interactive)
     {
-        ViewFrame frame;
-        frame.m_QuitOnDestroy = interactive;
+        Destroy();
+        unsigned long style = TemplateStyle(ui);
+        int width = options.width > 0 ? options.width : TemplateInteger(ui, L"Width", 64);
+        int height = options.height > 0 ? options.height : TemplateInteger(ui, L"Height", 64);
+        m_Frame.reset(new ViewFrame);
+        m_Frame->m_QuitOnDestroy = interactive;
         if ((style & WS_CHILD) != 0) {
-            host = CreateHost(width, height, interactive, options.templateName.c_str());
+            m_Host = CreateHost(width, height, interactive, options.templateName.c_str());
             RECT place = {0, 0, width, height};
-            if (host != nullptr) {
-                frame.Create(nullptr, host, &place, options.templateName.c_str());
+            if (m_Host != nullptr) {
+                m_Frame->Create(nullptr, m_Host, &place, options.templateName.c_str());
             }
         } else {
-            frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), options.templateName.c_str());
-            if (frame.m_hWnd != nullptr && options.width > 0) {
+            m_Frame->Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), options.templateName.c_str());
+            if (m_Frame->m_hWnd != nullptr && options.width > 0) {
                 RECT rect = {0, 0, options.width, options.height};
-                ::AdjustWindowRectEx(&rect, static_cast<DWORD>(::GetWindowLongW(frame.m_hWnd, GWL_STYLE)), FALSE,
-                                     static_cast<DWORD>(::GetWindowLongW(frame.m_hWnd, GWL_EXSTYLE)));
-                ::SetWindowPos(frame.m_hWnd, nullptr, 0, 0, rect.right - rect.left, rect.bottom - rect.top,
+                ::AdjustWindowRectEx(&rect, static_cast<DWORD>(::GetWindowLongW(m_Frame->m_hWnd, GWL_STYLE)), FALSE,
+                                     static_cast<DWORD>(::GetWindowLongW(m_Frame->m_hWnd, GWL_EXSTYLE)));
+                ::SetWindowPos(m_Frame->m_hWnd, nullptr, 0, 0, rect.right - rect.left, rect.bottom - rect.top,
                                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
             }
         }
-        if (frame.m_hWnd == nullptr) {
+        if (m_Frame->m_hWnd == nullptr) {
             std::fwprintf(stderr, L"mirlview: the window of template '%ls' could not be created (error %lu)\n",
                           options.templateName.c_str(), ::GetLastError());
-            result = ExitFailed;
-        } else {
-            LayOut(frame.m_hWnd);
-            ApplyButtonState(&frame, options.state);
-            bool closed = !PumpPending();
-            if (interactive && !closed) {
-                HWND top = host != nullptr ? host : frame.m_hWnd;
-                ::ShowWindow(top, SW_SHOW);
-                ::ShowWindow(frame.m_hWnd, SW_SHOW);
-                ::UpdateWindow(top);
-                result = RunMessageLoop();
-            } else if (!interactive) {
-                RECT client = {};
-                ::GetClientRect(frame.m_hWnd, &client);
-                mirlview::Picture picture(client.right, client.bottom);
-                picture.Fill(RGB(0, 0, 0));
-                mirlview::ComposeWindowTree(frame.m_hWnd, picture);
-                std::wstring error;
-                if (!mirlview::SavePng(picture, options.png.c_str(), error)) {
-                    std::fwprintf(stderr, L"mirlview: %ls: %ls\n", options.png.c_str(), error.c_str());
-                    result = ExitFailed;
-                }
+            Destroy();
+            return false;
+        }
+        LayOut(m_Frame->m_hWnd);
+        ApplyButtonState(m_Frame.get(), state);
+        return true;
+    }
+
+    HWND frame() const { return m_Frame != nullptr ? m_Frame->m_hWnd : nullptr; }
+    HWND top() const { return m_Host != nullptr ? m_Host : frame(); }
+
+    void Show() const
+    {
+        ::ShowWindow(top(), SW_SHOW);
+        ::ShowWindow(frame(), SW_SHOW);
+        ::UpdateWindow(top());
+    }
+
+    // The frame's client area as the screen would show it; pixels no window paints are black.
+    bool Render(mirlview::GalleryShot &shot) const
+    {
+        RECT client = {};
+        ::GetClientRect(frame(), &client);
+        mirlview::Picture picture(client.right, client.bottom);
+        if (!picture.IsValid()) {
+            return false;
+        }
+        picture.Fill(RGB(0, 0, 0));
+        mirlview::ComposeWindowTree(frame(), picture);
+        shot.width = picture.width();
+        shot.height = picture.height();
+        shot.pixels.assign(picture.bits(), picture.bits() + static_cast<size_t>(shot.width) * shot.height);
+        return true;
+    }
+
+    bool SavePng(const std::wstring &path) const
+    {
+        RECT client = {};
+        ::GetClientRect(frame(), &client);
+        mirlview::Picture picture(client.right, client.bottom);
+        picture.Fill(RGB(0, 0, 0));
+        mirlview::ComposeWindowTree(frame(), picture);
+        std::wstring error;
+        if (!mirlview::SavePng(picture, path.c_str(), error)) {
+            std::fwprintf(stderr, L"mirlview: %ls: %ls\n", path.c_str(), error.c_str());
+            return false;
+        }
+        return true;
+    }
+
+    // Closing it this way is not the user closing it: the program goes on.
+    void Destroy()
+    {
+        if (m_Frame != nullptr) {
+            m_Frame->m_QuitOnDestroy = false;
+            if (m_Frame->m_hWnd != nullptr && ::IsWindow(m_Frame->m_hWnd)) {
+                m_Frame->DestroyWindow();
+            }
+            m_Frame.reset();
+        }
+        if (m_Host != nullptr && ::IsWindow(m_Host)) {
+            ::SetWindowLongPtrW(m_Host, GWLP_USERDATA, 0);
+            ::DestroyWindow(m_Host);
+        }
+        m_Host = nullptr;
+    }
+
+private:
+    std::unique_ptr<ViewFrame> m_Frame;
+    HWND m_Host = nullptr;
+};
+
+int ShowTemplate(const Options &options)
+{
+    MirlUiWindow *ui = FindTemplate(options.templateName);
+    if (ui == nullptr) {
+        return ReportNoTemplate(options.templateName);
+    }
+    bool interactive = options.png.empty();
+    TemplateView view;
+    if (!view.Create(ui, options, options.state, interactive)) {
+        return ExitFailed;
+    }
+    bool closed = !PumpPending();
+    if (interactive && !closed) {
+        view.Show();
+        return RunMessageLoop();
+    }
+    if (!interactive && !view.SavePng(options.png)) {
+        return ExitFailed;
+    }
+    return ExitOk;
+}
+
+// Handles what is queued, Escape closing the window as in the message loop; false once the
+// program is to end.
+bool PumpInteractive()
+{
+    MSG msg;
+    while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        if (msg.message == WM_QUIT) {
+            return false;
+        }
+        if (msg.message == WM_KEYDOWN && msg.wParam == VK_ESCAPE) {
+            ::DestroyWindow(::GetAncestor(msg.hwnd, GA_ROOT));
+            continue;
+        }
+        ::TranslateMessage(&msg);
+        ::DispatchMessageW(&msg);
+    }
+    return true;
+}
+
+// Waits until the skin on disk changes and stays changed for one more look (an editor may
+// write a file in several steps); false once the window has been closed.
+bool WaitForChange(const std::wstring &skin, std::wstring &seen, bool interactive)
+{
+    const DWORD kPoll = 200;
+    for (;;) {
+        ::MsgWaitForMultipleObjects(0, nullptr, FALSE, kPoll, QS_ALLINPUT);
+        if (!(interactive ? PumpInteractive() : PumpPending())) {
+            return false;
+        }
+        std::wstring now = mirltool::SkinSignature(skin);
+        if (now == seen) {
+            continue;
+        }
+        ::Sleep(kPoll / 2);
+        if (mirltool::SkinSignature(skin) == now) {
+            seen = now;
+            return true;
+        }
+    }
+}
+
+// Shows or writes the template, and again each time the skin changes on disk; the window
+// keeps its place on the screen across each reload.
+int WatchTemplate(const Options &options, mirltool::FolderPackage &folder)
+{
+    bool interactive = options.png.empty();
+    std::wstring seen = mirltool::SkinSignature(options.package);
+    TemplateView view;
+    RECT place = {};
+    bool placed = false;
+    bool loaded = true;
+    for (unsigned long render = 1;; ++render) {
+        MirlUiWindow *ui = loaded ? FindTemplate(options.templateName) : nullptr;
+        if (loaded && ui == nullptr) {
+            ReportNoTemplate(options.templateName);
+        }
+        if (ui != nullptr && view.Create(ui, options, options.state, interactive)) {
+            if (placed) {
+                ::SetWindowPos(view.top(), nullptr, place.left, place.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+            }
+            if (interactive) {
+                view.Show();
+            } else if (view.SavePng(options.png)) {
+                std::fwprintf(stdout, L"mirlview: wrote %ls (render %lu)\n", options.png.c_str(), render);
+                std::fflush(stdout);
             }
         }
-        if (frame.m_hWnd != nullptr && ::IsWindow(frame.m_hWnd)) {
-            frame.DestroyWindow();
+        if (!WaitForChange(options.package, seen, interactive && view.top() != nullptr)) {
+            return ExitOk;
+        }
+        if (view.top() != nullptr) {
+            placed = ::GetWindowRect(view.top(), &place) != 0;
+        }
+        view.Destroy();
+        MirlUnIntialize();
+        mirltool::LibraryStart start = mirltool::StartSkin(options.package, options.language, folder);
+        loaded = start.loaded;
+        if (!loaded) {
+            std::fwprintf(stderr, L"mirlview: the skin %ls could not be loaded: %ls (waiting for the next change)\n",
+                          options.package.c_str(), start.message.c_str());
+            std::fflush(stderr);
         }
     }
-    if (host != nullptr && ::IsWindow(host)) {
-        ::SetWindowLongPtrW(host, GWLP_USERDATA, 0);
-        ::DestroyWindow(host);
+}
+
+// Every top-level template's name, each once, in the order the skin's languages list them.
+std::vector<std::wstring> TopLevelTemplateNames()
+{
+    std::vector<std::wstring> names;
+    MirlUI *ui = MirlUI::Instance();
+    for (unsigned int l = 0; l < ui->GetLanguageCount(UI_ELEMENT_WINDOW); ++l) {
+        unsigned int language = ui->GetLanguage(UI_ELEMENT_WINDOW, l);
+        for (unsigned int i = 0; i < ui->GetUiElementCount(UI_ELEMENT_WINDOW, language); ++i) {
+            std::wstring name = ui->GetUiElementByIndex(UI_ELEMENT_WINDOW, language, i)->GetName();
+            if (std::find(names.begin(), names.end(), name) == names.end()) {
+                names.push_back(name);
+            }
+        }
     }
-    return result;
+    return names;
+}
+
+bool EndsWithIgnoringCase(const std::wstring &text, const std::wstring &end)
+{
+    return text.size() >= end.size() && mirltool::EqualsIgnoringCase(text.substr(text.size() - end.size()), end);
+}
+
+// Every top-level template in every state whose picture differs from its normal one.
+int MakeGallery(const Options &options)
+{
+    std::vector<mirlview::GalleryShot> shots;
+    for (const std::wstring &name : TopLevelTemplateNames()) {
+        MirlUiWindow *ui = FindTemplate(name);
+        if (ui == nullptr) {
+            continue;
+        }
+        MirlUiWindow::Attribute *cls = ui->GetAttribute(L"Class");
+        Options one = options;
+        one.templateName = name;
+        size_t normal = shots.size();
+        for (const wchar_t *state : kStates) {
+            mirlview::GalleryShot shot;
+            shot.templateName = name;
+            shot.state = state;
+            TemplateView view;
+            if (!view.Create(ui, one, state, false) || !view.Render(shot)) {
+                break;
+            }
+            shot.description = std::wstring(cls != nullptr ? cls->GetValue() : L"-") + L"  " +
+                               std::to_wstring(shot.width) + L"x" + std::to_wstring(shot.height);
+            if (shots.size() > normal && mirlview::SamePicture(shot, shots[normal])) {
+                continue;
+            }
+            shots.push_back(std::move(shot));
+        }
+    }
+    std::wstring error;
+    bool html = EndsWithIgnoringCase(options.gallery, L".html") || EndsWithIgnoringCase(options.gallery, L".htm");
+    bool saved = html ? mirlview::SaveGalleryHtml(shots, options.gallery, error)
+                      : mirlview::SaveGallerySheet(shots, options.gallery, error);
+    if (!saved) {
+        std::fwprintf(stderr, L"mirlview: %ls: %ls\n", options.gallery.c_str(), error.c_str());
+        return ExitFailed;
+    }
+    return ExitOk;
 }
 
 } // namespace
@@ -360,7 +622,8 @@ int wmain(int argc, wchar_t **argv)
     if (!ParseArguments(argc, argv, options, problem)) {
         return Usage(problem.c_str());
     }
-    mirltool::LibraryStart start = mirltool::StartLibrary(options.package.c_str(), options.language);
+    mirltool::FolderPackage folder;
+    mirltool::LibraryStart start = mirltool::StartSkin(options.package, options.language, folder);
     if (!start.loaded) {
         std::fwprintf(stderr, L"mirlview: the skin %ls could not be loaded: %ls\n", options.package.c_str(),
                       start.message.c_str());
@@ -369,7 +632,15 @@ int wmain(int argc, wchar_t **argv)
     }
     int result = ExitFailed;
     try {
-        result = options.list ? ListTemplates() : ShowTemplate(options);
+        if (options.list) {
+            result = ListTemplates();
+        } else if (!options.gallery.empty()) {
+            result = MakeGallery(options);
+        } else if (options.watch) {
+            result = WatchTemplate(options, folder);
+        } else {
+            result = ShowTemplate(options);
+        }
     } catch (...) {
         // A skin that throws while its windows are made is reported, never a crash.
         const std::wstring what = mirltool::DescribeCurrentException();

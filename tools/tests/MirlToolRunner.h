@@ -23,6 +23,35 @@ inline std::wstring Quote(const std::wstring &arg)
     return L"\"" + arg + L"\"";
 }
 
+namespace detail {
+
+struct WindowSearch {
+    DWORD process;
+    HWND found;
+};
+
+inline BOOL CALLBACK FindVisibleWindow(HWND hWnd, LPARAM lParam)
+{
+    WindowSearch *search = reinterpret_cast<WindowSearch *>(lParam);
+    DWORD owner = 0;
+    GetWindowThreadProcessId(hWnd, &owner);
+    if (owner == search->process && IsWindowVisible(hWnd)) {
+        search->found = hWnd;
+        return FALSE;
+    }
+    return TRUE;
+}
+
+} // namespace detail
+
+// The process's visible top-level window, or null.
+inline HWND VisibleWindowOf(DWORD process)
+{
+    detail::WindowSearch search = {process, nullptr};
+    EnumWindows(detail::FindVisibleWindow, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
 struct RunResult {
     DWORD exitCode = 0xFFFFFFFF;
     std::vector<std::wstring> out;  // stdout, one entry per line, without line ends

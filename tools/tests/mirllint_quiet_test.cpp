@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <map>
 #include <set>
@@ -113,6 +114,17 @@ const NearMiss kNearMisses[] = {
     {L"url-scheme", "lint_quiet_windows", "Skin.xml",
      {{"<TxtHome Text=\"https://example.org/player\"/>", "<TxtHome Text=\"ftp://example.org/player\"/>"}}},
 
+    // A button with an identifier of its own is drawn.
+    {L"button-no-command-id", "lint_quiet_windows", "Skin.xml", {{"CommandID=\"0x1001\" X=\"-4\"", "X=\"-4\""}}},
+
+    // Exactly as many documents and bytes as the loader reads: Skin.xml and 1,023 includes;
+    // eighty reads of a document, the last begun below 8 MiB.
+    // These two skins are made by the test (GeneratedSkin): a thousand documents or 8 MiB.
+    {L"include-limit", "generated_includes", "Skin.xml",
+     {{"<Text><TxtEnd", "<Include File=\"D0001.xml\"/><Text><TxtEnd"}}},
+    {L"document-size-limit", "generated_bytes", "Skin.xml",
+     {{"<Text><TxtEnd", "<Include File=\"B01.xml\"/><Text><TxtEnd"}}},
+
     // Exactly as deep as the loader reads: 32 nested includes, 64 template levels.
     {L"include-too-deep", "lint_quiet_depth", "Deep32.xml",
      {{"<Text><TxtDeepest Text=\"Deepest\"/></Text>", "<Include File=\"Deep33.xml\"/>"}}},
@@ -125,8 +137,60 @@ std::string Narrow(const std::wstring &text)
     return mirlfuzz::Narrow(text);
 }
 
+mirlfuzz::SkinFile Document(const std::string &name, const std::string &text)
+{
+    return mirlfuzz::SkinFile{name, mirlfuzz::Bytes(text.begin(), text.end())};
+}
+
+// Skins at the loader's limits, too large to keep as fixtures: every document distinct, so
+// that nothing else is reported. generated_includes is Skin.xml and 1,023 includes, the
+// 1,024 documents the loader follows at most. generated_bytes is eighty documents whose last
+// begins below the 8 MiB the loader reads at most and ends above it.
+mirlfuzz::CorpusSkin GeneratedSkin(const std::string &label)
+{
+    mirlfuzz::CorpusSkin skin{label, {}};
+    const bool includes = label == "generated_includes";
+    const int count = includes ? MirlUI::MaxDocuments - 1 : 80;
+    std::string main = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Skin>\n";
+    std::vector<std::string> names;
+    for (int i = 1; i <= count; ++i) {
+        char name[16];
+        std::snprintf(name, sizeof(name), includes ? "D%04d.xml" : "B%02d.xml", i);
+        names.push_back(name);
+        main += std::string("  <Include File=\"") + name + "\"/>\n";
+    }
+    main += "  <Text><TxtEnd Text=\"End\"/></Text>\n</Skin>\n";
+    skin.files.push_back(Document("Skin.xml", main));
+    const size_t limit = MirlUI::MaxDocumentBytes;
+    const size_t size = includes ? 0 : (limit - main.size()) / count + 64;
+    if (!includes) {
+        EXPECT_LT(main.size() + (count - 1) * size, limit);
+        EXPECT_GE(main.size() + count * size, limit);
+    }
+    for (int i = 0; i < count; ++i) {
+        std::string text = "<Skin><Text><Txt" + std::to_string(i + 1) + " Text=\"" + std::to_string(i + 1) + "\"/></Text>";
+        const std::string end = "</Skin>\n";
+        if (text.size() + end.size() + 9 < size) {
+            text += "<!--" + std::string(size - text.size() - end.size() - 7, 'x') + "-->";
+        }
+        skin.files.push_back(Document(names[static_cast<size_t>(i)], text + end));
+    }
+    if (!includes) {
+        EXPECT_EQ(size, skin.files.back().data.size());
+    }
+    return skin;
+}
+
 const mirlfuzz::CorpusSkin *FindSkin(const char *label)
 {
+    static std::map<std::string, mirlfuzz::CorpusSkin> generated;
+    if (std::strncmp(label, "generated_", 10) == 0) {
+        auto found = generated.find(label);
+        if (found == generated.end()) {
+            found = generated.emplace(label, GeneratedSkin(label)).first;
+        }
+        return &found->second;
+    }
     static const std::vector<mirlfuzz::CorpusSkin> corpus = mirlfuzz::LoadCorpus(mirlfuzz::DefaultCorpusFolder());
     for (const mirlfuzz::CorpusSkin &skin : corpus) {
         if (skin.label == label) {
@@ -187,11 +251,16 @@ bool Mentions(const RunResult &result, const std::wstring &rule)
                        [&](const std::wstring &line) { return line.find(tag) != std::wstring::npos; });
 }
 
+RunResult LintPackage(const mirlfuzz::Bytes &package, const std::wstring &name);
+
 // mirllint on a zipped fixture, run once per skin.
 const RunResult &LintFixture(const char *skin)
 {
     static std::map<std::string, RunResult> runs;
     auto found = runs.find(skin);
+    if (found == runs.end() && std::strncmp(skin, "generated_", 10) == 0) {
+        found = runs.emplace(skin, LintPackage(mirlfuzz::PlainPackage(*FindSkin(skin)), mirlfuzz::Widen(skin))).first;
+    }
     if (found == runs.end()) {
         const std::wstring path = mirltooltest::Skin(mirlfuzz::Widen(skin).c_str());
         found = runs.emplace(skin, RunTool(L"mirllint.exe", Quote(path))).first;
@@ -283,7 +352,7 @@ TEST(MirlLintNearMisses, EveryRuleHasOneNearMiss)
         rows.insert(row.rule);
     }
     const std::vector<std::wstring> &rules = mirllint::RuleNames();
-    EXPECT_EQ(38u, rules.size());
+    EXPECT_EQ(41u, rules.size());
     EXPECT_EQ(std::multiset<std::wstring>(rules.begin(), rules.end()), rows);
 }
 

@@ -129,10 +129,12 @@ const wchar_t *const kLintReferences[] = {
     LR"L(Skin.xml: warning: /Skin/Text/Language[@Id='2052']/TxtOnlyHere: the text 'TxtOnlyHere' exists in language 2052 but not in 1033: every other language finds nothing [text-no-fallback])L",
     LR"L(Skin.xml: warning: /Skin/Text/Language[@Id='1031']/TxtPlay[2]: the text 'TxtPlay' of language 1031 is defined again: the first definition (Skin.xml /Skin/Text/Language[@Id='1031']/TxtPlay) always wins, so this one is never used [shadowed-definition])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame: Font="FontMissing" names no font element [missing-element])L",
+    LR"L(Skin.xml: error: /Skin/Windows/Frame/Play: the BUTTON has no "CommandID": it is never drawn, because its parent takes an owner-draw notification with identifier 0 for a menu's; give it an identifier of its own [button-no-command-id])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Play: Text="txtplay" names no text element; did you mean 'TxtPlay'? (names of elements are case-sensitive) [missing-element])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Play: ToolTip="ClrPanel" names no text element; 'ClrPanel' is a colour [missing-element])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Play: Url="TxtHome" opens 'file:///C:/Windows/System32/calc.exe' (language 2052): only http, https and mailto targets are safe, anything else is started by the shell [url-scheme])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Play: PicC="ImgFac" names no image element; did you mean 'ImgFace'? [missing-element])L",
+    LR"L(Skin.xml: error: /Skin/Windows/Frame/Stop: the BUTTON has no "CommandID": it is never drawn, because its parent takes an owner-draw notification with identifier 0 for a menu's; give it an identifier of its own [button-no-command-id])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Stop: Text="TxtOnlyHere" names no text element in language 1031, 1033 (it is defined only in 2052, and 1033 has none to fall back on) [missing-element])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Stop: Url="TxtRun" opens 'calc.exe' (language 1031, 1033, 2052): only http, https and mailto targets are safe, anything else is started by the shell [url-scheme])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Stop: a BUTTON with BS_BACKIMGE draws the image elements CmBtn0, CmBtn1, CmBtn2, CmBtn3 by their fixed names, and the skin lacks CmBtn0, CmBtn1, CmBtn2, CmBtn3 (reported once, at the first such template) [control-image-missing])L",
@@ -261,12 +263,21 @@ TEST(MirlLint, IncludesPastTheLibrarysDocumentLimitAreNotFollowed)
     EXPECT_EQ(1u, result.exitCode);
     size_t cycles = 0;
     size_t repeats = 0;
+    std::vector<std::wstring> limits;
     for (const std::wstring &line : Findings(result)) {
         cycles += line.find(L"[include-cycle]") != std::wstring::npos ? 1 : 0;
         repeats += line.find(L"[include-repeated]") != std::wstring::npos ? 1 : 0;
+        if (line.find(L"[include-limit]") != std::wstring::npos) {
+            limits.push_back(line);
+        }
     }
     EXPECT_EQ(static_cast<size_t>(MirlUI::MaxDocuments) - 2, cycles);
     EXPECT_EQ(0u, repeats);
+    // The first include left out is reported, once.
+    ASSERT_EQ(1u, limits.size());
+    EXPECT_EQ(L"Loop.xml: error: /Skin/Include[1023]: the library follows no include past the 1024th it meets: "
+              L"this include of 'Loop.xml' and every one after it read nothing [include-limit]",
+              limits[0]);
 }
 
 TEST(MirlLint, DocumentsPastTheLibrarysByteLimitAreNotRead)
@@ -277,10 +288,33 @@ TEST(MirlLint, DocumentsPastTheLibrarysByteLimitAreNotRead)
     RunResult result = RunTool(L"mirllint.exe", mirltooltest::Quote(package));
     ASSERT_TRUE(result.finished);
     size_t repeats = 0;
+    std::vector<std::wstring> limits;
     for (const std::wstring &line : Findings(result)) {
         repeats += line.find(L"[include-repeated]") != std::wstring::npos ? 1 : 0;
+        if (line.find(L"[document-size-limit]") != std::wstring::npos) {
+            limits.push_back(line);
+        }
     }
     EXPECT_EQ(9u, repeats);
+    // 26,015 + 10 x 857,810 bytes have been read when the eleventh include is met.
+    ASSERT_EQ(1u, limits.size());
+    EXPECT_EQ(L"Skin.xml: error: /Skin/Include[11]: the library reads no document once 8 MiB of documents have been "
+              L"read for the skin (8604115 bytes so far): 'Big.xml' and every document after it are not read "
+              L"[document-size-limit]",
+              limits[0]);
+}
+
+// A skin folder is read as the package the build makes of it: the same report, line for line.
+TEST(MirlLint, AFolderIsCheckedAsItsPackage)
+{
+    RunResult zipped = RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(L"lint_references")));
+    RunResult folder = RunTool(L"mirllint.exe", mirltooltest::Quote(mirltooltest::BinDir() + L"\\fuzz-corpus\\lint_references"));
+    ASSERT_TRUE(folder.finished);
+    EXPECT_EQ(1u, folder.exitCode);
+    EXPECT_EQ(zipped.exitCode, folder.exitCode);
+    EXPECT_GT(zipped.out.size(), 10u);
+    EXPECT_EQ(zipped.out, folder.out);
+    EXPECT_EQ(zipped.err, folder.err);
 }
 
 TEST(MirlLint, APackageThatCannotBeOpenedIsAnError)

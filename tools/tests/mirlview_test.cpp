@@ -238,42 +238,25 @@ TEST(MirlView, ExitCodes)
 
 namespace {
 
-struct WindowSearch {
-    DWORD process;
-    HWND found;
-};
-
-BOOL CALLBACK FindProcessWindow(HWND hWnd, LPARAM lParam)
-{
-    WindowSearch *search = reinterpret_cast<WindowSearch *>(lParam);
-    DWORD process = 0;
-    GetWindowThreadProcessId(hWnd, &process);
-    if (process == search->process && IsWindowVisible(hWnd)) {
-        search->found = hWnd;
-        return FALSE;
-    }
-    return TRUE;
-}
-
 // Waits for the process's visible top-level window, checks its client size and closes it.
 void CloseWhenShown(const PROCESS_INFORMATION &process, int width, int height, bool &shown)
 {
-    WindowSearch search = {process.dwProcessId, nullptr};
-    for (int i = 0; i < 300 && search.found == nullptr; ++i) {
+    HWND found = nullptr;
+    for (int i = 0; i < 300 && found == nullptr; ++i) {
         if (WaitForSingleObject(process.hProcess, 50) == WAIT_OBJECT_0) {
             return;
         }
-        EnumWindows(FindProcessWindow, reinterpret_cast<LPARAM>(&search));
+        found = mirltooltest::VisibleWindowOf(process.dwProcessId);
     }
-    if (search.found == nullptr) {
+    if (found == nullptr) {
         return;
     }
     shown = true;
     RECT client = {};
-    GetClientRect(search.found, &client);
+    GetClientRect(found, &client);
     EXPECT_EQ(width, client.right);
     EXPECT_EQ(height, client.bottom);
-    PostMessageW(search.found, WM_CLOSE, 0, 0);
+    PostMessageW(found, WM_CLOSE, 0, 0);
 }
 
 // Opens the template interactively, closes its window from outside once it shows, and expects
