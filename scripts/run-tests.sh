@@ -18,11 +18,10 @@ done
 
 # The SDK archive needs both architectures; its test unpacks it and builds against it.
 rm -f build/MIRL-sdk-*.zip
-case " $ARCHES " in
-    *" i686 "*" x86_64 "*|*" x86_64 "*" i686 "*)
-        echo "== packaging the SDK"
-        mirl_package_sdk || { echo "the SDK could not be packaged"; exit 1; } ;;
-esac
+if [[ " $ARCHES " == *" i686 "* && " $ARCHES " == *" x86_64 "* ]]; then
+    echo "== packaging the SDK"
+    mirl_package_sdk || { echo "the SDK could not be packaged"; exit 1; }
+fi
 
 source scripts/wine-session.sh
 wine_session_start

@@ -253,6 +253,7 @@ TEST(MirlViewWatch, WritesTheNewPictureWhenTheSkinChanges)
                                });
     EXPECT_EQ(RGB(10, 20, 30), first);
     EXPECT_GE(reaction, 0) << "no new picture within 2 s of the change";
+    RecordProperty("reaction_ms", static_cast<int>(reaction));
     std::vector<std::wstring> expected = {L"mirlview: wrote " + png + L" (render 1)", L"mirlview: wrote " + png + L" (render 2)"};
     EXPECT_EQ(expected, result.out);
     DeleteFileW(png.c_str());
@@ -274,7 +275,12 @@ TEST(MirlViewWatch, WaitsOutABrokenSave)
                                    reaction = WaitFor(2000, [&] { return CornerOf(png) == RGB(120, 20, 30); });
                                    TerminateProcess(process.hProcess, 0);
                                });
-    EXPECT_GE(reaction, 0);
+    std::string said;
+    for (const std::wstring &line : result.out) {
+        said += std::string(line.begin(), line.end()) + "\n";
+    }
+    EXPECT_GE(reaction, 0) << "no new picture within 2 s of the good save; mirlview said:\n" << said;
+    RecordProperty("reaction_ms", static_cast<int>(reaction));
     ASSERT_EQ(1u, result.err.size());
     EXPECT_NE(std::wstring::npos, result.err[0].find(L"could not be loaded: COM error 0x8002000A while reading the skin"));
     EXPECT_NE(std::wstring::npos, result.err[0].find(L"(waiting for the next change)"));
