@@ -3,6 +3,7 @@
 #include "MirlRange.h"
 
 #include "MirlImage.h"
+#include "MirlRangeDraw.h"
 #include "MirlRangeLogic.h"
 
 namespace {
@@ -17,21 +18,9 @@ MIRL::MirlImageSize SizeOf(Gdiplus::Bitmap *bitmap)
     return size;
 }
 
-// A slice of no width, or of a missing image, draws nothing.
 void DrawSlice(Gdiplus::Graphics &graphics, Gdiplus::Bitmap *bitmap, const MIRL::MirlSlice &slice)
 {
-    if (bitmap == NULL || slice.target.Width <= 0 || slice.target.Height <= 0 || slice.source.Width <= 0 ||
-        slice.source.Height <= 0) {
-        return;
-    }
-    if (slice.source.Width == 1 && slice.target.Width > 1) {
-        // Wine's GDI+ leaves out the first column of some stretches of one source column (to
-        // widths such as 90 and 94): the column drawn once at its own width fills that pixel.
-        const Gdiplus::Rect first(slice.target.X, slice.target.Y, 1, slice.target.Height);
-        graphics.DrawImage(bitmap, first, slice.source.X, slice.source.Y, 1, slice.source.Height, Gdiplus::UnitPixel);
-    }
-    graphics.DrawImage(bitmap, slice.target, slice.source.X, slice.source.Y, slice.source.Width,
-                       slice.source.Height, Gdiplus::UnitPixel);
+    MIRL::DrawStretched(graphics, bitmap, slice.target, slice.source);
 }
 
 } // namespace
@@ -172,9 +161,6 @@ void MirlProgressBar::DoPaint(WTL::CDCHandle dc)
         PaintParentBkGround(dc);
     }
     Gdiplus::Graphics graphics(dc);
-    // One stretched column must not bleed into its neighbours.
-    graphics.SetInterpolationMode(Gdiplus::InterpolationModeNearestNeighbor);
-    graphics.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
     RECT client = {};
     ::GetClientRect(m_hWnd, &client);
 

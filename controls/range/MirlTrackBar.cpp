@@ -3,6 +3,7 @@
 #include "MirlRange.h"
 
 #include "MirlImage.h"
+#include "MirlRangeDraw.h"
 #include "MirlRangeLogic.h"
 
 MirlTrackBar::MirlTrackBar() : m_pThumb(NULL), m_pThumbGlow(NULL), m_pChannel(NULL)
@@ -115,11 +116,6 @@ void MirlTrackBar::DrawChannel(const NMCUSTOMDRAW &draw)
     const Gdiplus::Rect band =
         MIRL::TrackChannelBand(static_cast<int>(m_pChannel->GetWidth()), static_cast<int>(m_pChannel->GetHeight()));
     const Gdiplus::Rect target(draw.rc.left, draw.rc.top, draw.rc.right - draw.rc.left, draw.rc.bottom - draw.rc.top);
-    if (band.Width <= 0 || band.Height <= 0 || target.Width <= 0 || target.Height <= 0) {
-        return;
-    }
     Gdiplus::Graphics graphics(draw.hdc);
-    graphics.SetInterpolationMode(Gdiplus::InterpolationModeNearestNeighbor);
-    graphics.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
-    graphics.DrawImage(m_pChannel, target, band.X, band.Y, band.Width, band.Height, Gdiplus::UnitPixel);
+    MIRL::DrawStretched(graphics, m_pChannel, target, band);
 }
