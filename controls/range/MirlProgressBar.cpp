@@ -63,7 +63,18 @@ BOOL MirlProgressBar::SubclassWindow(HWND hWnd)
 
 BOOL MirlProgressBar::SubclassWindow(MirlWindowBase *source, MirlWindowBase *parent)
 {
-    return Base::SubclassWindow(source, parent);
+    if (source == NULL || source->m_hWnd == NULL) {
+        return Base::SubclassWindow(source, parent);
+    }
+    // The window template announces the takeover with WM_USER + 1, which the system control
+    // reads as PBM_SETRANGE to 0..0: its range and position are put back afterwards.
+    PBRANGE range = {0, 0};
+    ::SendMessageW(source->m_hWnd, PBM_GETRANGE, TRUE, reinterpret_cast<LPARAM>(&range));
+    const LRESULT pos = ::SendMessageW(source->m_hWnd, PBM_GETPOS, 0, 0);
+    const BOOL result = Base::SubclassWindow(source, parent);
+    ::SendMessageW(m_hWnd, PBM_SETRANGE32, static_cast<WPARAM>(range.iLow), range.iHigh);
+    ::SendMessageW(m_hWnd, PBM_SETPOS, static_cast<WPARAM>(pos), 0);
+    return result;
 }
 
 DWORD MirlProgressBar::SetRange(int lower, int upper)

@@ -205,3 +205,15 @@ TEST(ProgressBarLeaks, CreateAndDestroyCyclesDoNotGrow)
     EXPECT_EQ(gdiBefore, mirltest::LiveGdiObjects());
     EXPECT_LT(static_cast<long long>(mirltest::BusyHeapBytes()) - static_cast<long long>(heapBefore), 1024);
 }
+
+TEST_F(ProgressBarTest, AnotherBarTakingTheWindowOverKeepsItsRangeAndPosition)
+{
+    m_Bar->SetRange32(0, 500);
+    m_Bar->SetPos(321);
+    MirlProgressBar other;
+    ASSERT_TRUE(other.SubclassWindow(m_Bar, &m_Frame));
+    EXPECT_EQ(500, ::SendMessageW(other.m_hWnd, PBM_GETRANGE, FALSE, 0));
+    EXPECT_EQ(321, ::SendMessageW(other.m_hWnd, PBM_GETPOS, 0, 0));
+    EXPECT_EQ(321, other.SetPos(10));
+    other.UnsubclassWindow();
+}
