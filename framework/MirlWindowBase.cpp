@@ -1,4 +1,5 @@
 #include "MirlWindow.h"
+#include "MirlContainer.h"
 
 #include "MirlImage.h"
 #include "MirlLayout.h"
@@ -473,10 +474,30 @@ void MirlWindowBase::DeleteMemoryDC()
     m_MemoryDC = NULL;
 }
 
+namespace {
+
+// The window that DeleteAllMemory is telling to drop its picture, for the length of that one
+// message: a system control that shares the number (PBM_SETPOS) tells the two apart by it.
+thread_local HWND t_DroppingPictureOf = NULL;
+
+} // namespace
+
+namespace MIRL {
+
+bool IsDroppingMemory(HWND hWnd)
+{
+    return hWnd != NULL && hWnd == t_DroppingPictureOf;
+}
+
+} // namespace MIRL
+
 void MirlWindowBase::DeleteAllMemory()
 {
     DeleteMemoryDC();
+    HWND former = t_DroppingPictureOf;
+    t_DroppingPictureOf = m_hWnd;
     ::SendMessageW(m_hWnd, WM_MIRL_DELETE_MEMORY_DC, 0, 0);
+    t_DroppingPictureOf = former;
     for (MirlWindowBase *child : m_Children) {
         child->DeleteMemoryDC();
         child->DeleteAllMemory();
@@ -504,7 +525,12 @@ void LayoutChildWindows(MirlWindowBase *parent, const std::vector<MirlWindowBase
             input.presentWidth = present.right - present.left;
             input.presentHeight = present.bottom - present.top;
         }
-        // Splitters take their weight from the splitter control, which doesn't exist yet.
+        if (_wcsicmp(child->GetClass(), L"SPLITTER") == 0) {
+            input.windowClass = MirlLayoutClass::Splitter;
+            // A window of another class under that name (an application's own) has no weight.
+            MirlSplitter *splitter = dynamic_cast<MirlSplitter *>(child);
+            input.splitterWeight = splitter != NULL ? splitter->GetSplitterWeight() : 0;
+        }
         MirlLayoutRect place = LayoutChild(width, height, input, previous);
         if (child->m_hWnd != NULL) {
             ::MoveWindow(child->m_hWnd, place.x, place.y, place.w, place.h, TRUE);

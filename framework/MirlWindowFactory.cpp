@@ -1,5 +1,7 @@
 // The factory: one live window object of the class that a template's "Class" names.
 #include "MirlStatic.h"
+#include "MirlContainer.h"
+#include "MirlRange.h"
 #include "MirlButton.h"
 #include "MirlWindow.h"
 
@@ -36,14 +38,14 @@ const WindowClassRow kWindowClasses[] = {
     {L"LISTBOX", NULL},       // no list box exists
     {L"SCROLLBAR", NULL},     // MirlScrollBar
     {L"TOOLBAR", NULL},       // MirlToolbar
-    {L"SPLITTER", NULL},      // MirlSplitter
+    {L"SPLITTER", &MakeWindow<MirlSplitter>},
     {L"COMBOBOX", NULL},      // MirlComboBox
-    {L"INCHINGSWITCH", NULL}, // MirlInchingSwitch
-    {L"PROGRESS", NULL},      // MirlProgressBar
+    {L"INCHINGSWITCH", &MakeWindow<MirlInchingSwitch>},
+    {L"PROGRESS", &MakeWindow<MirlProgressBar>},
     {L"OUTLOOK", NULL},       // MIRLOutlookCtrl
     {L"LISTVIEW", NULL},      // MirlListView
     {L"SLIDER", NULL},        // MirlSlider
-    {L"TRACKBAR", NULL},      // MirlTrackBar
+    {L"TRACKBAR", &MakeWindow<MirlTrackBar>},
     {L"SEEK", NULL},          // MirlMediaSeekBar
     {L"COMMONEDIT", NULL},    // MirlCommonEdit
     {L"SPIN", NULL},          // MirlSpinCtrl

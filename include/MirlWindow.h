@@ -186,6 +186,9 @@ inline void ReleaseOffscreen(HDC &dc, HBITMAP &bitmap, HBITMAP &oldBitmap)
 // its offsets, size and position words, relative to the parent or to the sibling before it.
 MIRL_API void LayoutChildWindows(MirlWindowBase *parent, const std::vector<MirlWindowBase *> &children,
                                  int width, int height);
+// True while hWnd is receiving WM_MIRL_DELETE_MEMORY_DC from DeleteAllMemory: a control on a
+// system class whose own message has that number passes every other one on to the system.
+MIRL_API bool IsDroppingMemory(HWND hWnd);
 // Copies the part of the source's memory picture that lies beneath the window into dc.
 MIRL_API void PaintParentBackground(HWND hWnd, MirlWindowBase *source, HDC dc);
 

@@ -2,7 +2,8 @@
 # Builds the i686 library and the demo, and runs the demo on the bundled sample skin.
 # Usage: run-demo.sh [language id]
 # With a display (DISPLAY set) the player window opens; without one, the window is painted
-# into build/demo.png on a private virtual display, and the skin's summary is printed.
+# into build/demo.png (the library window into build/demo-library.png) on a private virtual
+# display, and the skin's summary is printed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 language=${1:-1033}
@@ -14,6 +15,7 @@ cmake --build build/i686 --target PlayerDemo SkinSummary mirl_skins -j "$(nproc)
 
 run=$PWD/scripts/wine-run.sh
 out=$PWD/build/demo.png
+library=$PWD/build/demo-library.png
 if [ -n "${DISPLAY:-}" ] && [ -z "${CI:-}" ]; then
     cd build/i686/bin
     exec "$run" win32 PlayerDemo.exe --lang "$language"
@@ -24,3 +26,4 @@ wine_session_start
 cd build/i686/bin
 "$run" win32 SkinSummary.exe "" "$language"
 "$run" win32 PlayerDemo.exe --lang "$language" --png "Z:${out//\//\\}"
+"$run" win32 PlayerDemo.exe --lang "$language" --window LibraryFrame --png "Z:${library//\//\\}"

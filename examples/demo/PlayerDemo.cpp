@@ -1,5 +1,5 @@
-// The demo application: the sample skin's media player window.
-//   PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--png OUT.png]
+// The demo application: the sample skin's media player window, or its library window.
+//   PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--window MainFrame|LibraryFrame] [--png OUT.png]
 // With --png the window is created, laid out, painted into a picture and saved, and the program
 // ends: that is how a machine without a screen shows it. Without, the window stays open.
 #include "Mirl.h"
@@ -39,8 +39,26 @@ std::wstring ProgramFolder()
 
 int Usage()
 {
-    std::fwprintf(stderr, L"usage: PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--png OUT.png]\n");
+    std::fwprintf(stderr, L"usage: PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--window NAME] [--png OUT.png]\n");
     return 2;
+}
+
+// The library window shows a scan two thirds done and the balance in the middle.
+void ShowLibraryState(MirlWindowBase &frame)
+{
+    MirlWindowBase *main = frame.GetWindowItem(L"Main");
+    if (main == nullptr) {
+        return;
+    }
+    if (MirlProgressBar *scan = dynamic_cast<MirlProgressBar *>(main->GetWindowItem(L"Scan"))) {
+        scan->SetRange32(0, 1870);
+        scan->SetPos(1204);
+    }
+    if (MirlTrackBar *balance = dynamic_cast<MirlTrackBar *>(main->GetWindowItem(L"Balance"))) {
+        balance->SetRange(-50, 50);
+        balance->SetTicFreq(10);
+        balance->SetPos(0);
+    }
 }
 
 } // namespace
@@ -51,11 +69,14 @@ int wmain(int argc, wchar_t **argv)
     std::wstring skin = ProgramFolder() + L"\\skins\\sample.zip";
     unsigned int language = 1033;
     const wchar_t *png = nullptr;
+    const wchar_t *window = L"MainFrame";
     for (int i = 1; i < argc; ++i) {
         if (std::wcscmp(argv[i], L"--skin") == 0 && i + 1 < argc) {
             skin = argv[++i];
         } else if (std::wcscmp(argv[i], L"--lang") == 0 && i + 1 < argc) {
             language = static_cast<unsigned int>(std::wcstoul(argv[++i], nullptr, 10));
+        } else if (std::wcscmp(argv[i], L"--window") == 0 && i + 1 < argc) {
+            window = argv[++i];
         } else if (std::wcscmp(argv[i], L"--png") == 0 && i + 1 < argc) {
             png = argv[++i];
         } else {
@@ -78,10 +99,11 @@ int wmain(int argc, wchar_t **argv)
     int result = 0;
     {
         PlayerFrame frame;
-        if (frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"MainFrame") == nullptr) {
-            std::wprintf(L"The skin has no MainFrame template.\n");
+        if (frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), window) == nullptr) {
+            std::wprintf(L"The skin has no %ls template.\n", window);
             result = 4;
         } else if (png != nullptr) {
+            ShowLibraryState(frame);
             RECT client = {};
             frame.GetClientRect(&client);
             mirlview::Picture picture(client.right, client.bottom);
@@ -95,6 +117,7 @@ int wmain(int argc, wchar_t **argv)
             }
             frame.DestroyWindow();
         } else {
+            ShowLibraryState(frame);
             MSG msg;
             while (::GetMessageW(&msg, nullptr, 0, 0) > 0) {
                 ::TranslateMessage(&msg);

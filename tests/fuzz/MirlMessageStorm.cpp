@@ -119,6 +119,36 @@ const StormMessage kStaticMessages[] = {
     {OCM_COMMAND, OCM_COMMAND, P::Number, P::Window, 2},
 };
 
+// MirlProgressBar, on the system's progress bar: its PBM_ messages, WM_USER + 2 among them.
+const StormMessage kProgressMessages[] = {
+    {PBM_SETRANGE, PBM_GETSTATE, P::Number, P::Number, 8},
+    {PBM_SETRANGE32, PBM_SETRANGE32, P::Number, P::Number, 2},
+};
+
+const DeniedMessage kProgressDenied[] = {
+    {PBM_GETRANGE, P::Zero}, // PBRANGE
+};
+
+// MirlTrackBar, on the system's track bar: its TBM_ messages and the custom draw of its paints.
+const StormMessage kTrackBarMessages[] = {
+    {TBM_GETPOS, WM_USER + 34, P::Number, P::Number, 8}, // to TBM_SETPOSNOTIFY
+    {TBM_SETPOS, TBM_SETPOS, P::Bool, P::Number, 2},
+    {TBM_SETRANGE, TBM_SETRANGEMAX, P::Bool, P::Number, 2},
+};
+
+const DeniedMessage kTrackBarDenied[] = {
+    {TBM_GETTHUMBRECT, P::Zero}, {TBM_GETCHANNELRECT, P::Zero}, // RECT
+    // A window the control would move beside itself, or send its tooltip requests to (a
+    // control made its own tooltip would take them as its own messages, pointers and all).
+    {TBM_SETBUDDY, P::Zero}, {TBM_SETTOOLTIPS, P::Zero},
+};
+
+// MirlInchingSwitch and MirlSplitter take the mouse: presses, held moves, releases.
+const StormMessage kMouseDragMessages[] = {
+    {WM_MOUSEMOVE, WM_MOUSEMOVE, P::Bool, P::Point, 10},
+    {WM_LBUTTONDOWN, WM_LBUTTONUP, P::Bool, P::Point, 4},
+};
+
 // Numbers at the edges of every width a parameter is read at.
 uint64_t NumberFrom(uint64_t r)
 {
@@ -313,6 +343,10 @@ const StormClass kStormClasses[] = {
     {L"CUSTOMCONTROL", L"StormCustom", true, nullptr, 0, nullptr, 0},
     {L"BUTTON", L"StormButton", false, MIRL_STORM_TABLE(kButtonMessages), MIRL_STORM_TABLE(kButtonDenied)},
     {L"STATIC", L"StormStatic", false, MIRL_STORM_TABLE(kStaticMessages), nullptr, 0},
+    {L"PROGRESS", L"StormProgress", false, MIRL_STORM_TABLE(kProgressMessages), MIRL_STORM_TABLE(kProgressDenied)},
+    {L"TRACKBAR", L"StormTrackBar", false, MIRL_STORM_TABLE(kTrackBarMessages), MIRL_STORM_TABLE(kTrackBarDenied)},
+    {L"INCHINGSWITCH", L"StormInchingSwitch", false, MIRL_STORM_TABLE(kMouseDragMessages), nullptr, 0},
+    {L"SPLITTER", L"StormSplitter", false, MIRL_STORM_TABLE(kMouseDragMessages), nullptr, 0},
 };
 #undef MIRL_STORM_TABLE
 const size_t kStormClassCount = sizeof(kStormClasses) / sizeof(kStormClasses[0]);

@@ -164,8 +164,8 @@ TEST(MirlLint, SampleSkinIsClean)
     RunResult result = RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(L"sample")));
     ASSERT_TRUE(result.finished);
     EXPECT_EQ(0u, result.exitCode);
-    std::vector<std::wstring> expected = {L"", L"text coverage against language 1033 (20 texts):",
-                                          L"  language  present  missing", L"  2052      20       0"};
+    std::vector<std::wstring> expected = {L"", L"text coverage against language 1033 (27 texts):",
+                                          L"  language  present  missing", L"  2052      27       0"};
     EXPECT_EQ(expected, result.out);
     ASSERT_EQ(1u, result.err.size());
     EXPECT_EQ(L"mirllint: 0 errors, 0 warnings", result.err[0]);
@@ -448,4 +448,54 @@ TEST(MirlLintReport, LinesAndOrder)
               report.Text());
     EXPECT_EQ(3u, report.Errors());
     EXPECT_EQ(1u, report.Warnings());
+}
+
+namespace {
+
+std::string NarrowText(const std::wstring &text)
+{
+    std::string narrow;
+    for (wchar_t c : text) {
+        narrow += c < 0x80 ? static_cast<char>(c) : '?';
+    }
+    return narrow;
+}
+
+} // namespace
+
+TEST(MirlLintRules, RangeControlsAndTheSplitterAreKnownClassesWithTheirFixedImages)
+{
+    for (const wchar_t *name : {L"PROGRESS", L"TRACKBAR", L"INCHINGSWITCH", L"SPLITTER", L"InchingSwitch"}) {
+        EXPECT_TRUE(mirllint::IsKnownClass(name)) << NarrowText(name);
+    }
+    const std::vector<std::wstring> progress = {L"PGBL", L"PGBX", L"PGBR", L"PGFL", L"PGFX", L"PGFR"};
+    EXPECT_EQ(progress, mirllint::FixedImages(L"PROGRESS", 0));
+    const std::vector<std::wstring> track = {L"TrackBarThumb", L"TrackBarThumbGlow", L"ProgressFill"};
+    EXPECT_EQ(track, mirllint::FixedImages(L"trackbar", 0));
+    const std::vector<std::wstring> wheel = mirllint::FixedImages(L"INCHINGSWITCH", 0);
+    ASSERT_EQ(49u, wheel.size());
+    EXPECT_EQ(L"InchingSwitchMask", wheel[0]);
+    for (int i = 0; i < 48; ++i) {
+        EXPECT_EQ(L"InchingSwitch" + std::to_wstring(i), wheel[i + 1]);
+    }
+    // The splitter's only image is its own "Pic".
+    EXPECT_TRUE(mirllint::FixedImages(L"SPLITTER", 0x3).empty());
+}
+
+TEST(MirlLint, AJogWheelWhoseSkinLacksFramesIsReported)
+{
+    const wchar_t *const expected[] = {
+        LR"L(Skin.xml: error: /Skin/Windows/Ranges/Wheel: every INCHINGSWITCH draws the image elements InchingSwitchMask, InchingSwitch0, InchingSwitch1, InchingSwitch2, InchingSwitch3, InchingSwitch4, InchingSwitch5, InchingSwitch6 and 41 more by their fixed names, and the skin lacks InchingSwitch0, InchingSwitch1, InchingSwitch4, InchingSwitch6, InchingSwitch7, InchingSwitch8, InchingSwitch9, InchingSwitch10 and 37 more (reported once, at the first such template) [control-image-missing])L",
+    };
+    ExpectReport(L"ranges_partial", expected, 1);
+}
+
+TEST(MirlLint, TheRangeAndSplitterFixturesAreClean)
+{
+    for (const wchar_t *skin : {L"ranges", L"splitters"}) {
+        RunResult result = RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(skin)));
+        ASSERT_TRUE(result.finished);
+        EXPECT_EQ(0u, result.exitCode) << NarrowText(skin);
+        EXPECT_TRUE(Findings(result).empty()) << NarrowText(Findings(result).front());
+    }
 }
