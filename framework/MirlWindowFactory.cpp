@@ -1,6 +1,7 @@
 // The factory: one live window object of the class that a template's "Class" names.
 #include "MirlStatic.h"
 #include "MirlButton.h"
+#include "MirlCommonEdit.h"
 #include "MirlWindow.h"
 
 #include <cwchar>
@@ -45,8 +46,8 @@ const WindowClassRow kWindowClasses[] = {
     {L"SLIDER", NULL},        // MirlSlider
     {L"TRACKBAR", NULL},      // MirlTrackBar
     {L"SEEK", NULL},          // MirlMediaSeekBar
-    {L"COMMONEDIT", NULL},    // MirlCommonEdit
-    {L"SPIN", NULL},          // MirlSpinCtrl
+    {L"COMMONEDIT", &MakeWindow<MirlCommonEdit>},
+    {L"SPIN", &MakeWindow<MirlSpinCtrl>},
     {L"GROUPBOX", NULL},      // MirlGroupBox
     {L"CUSTOMCONTROL", &MakeWindow<MirlWindow>},
 };

@@ -12,3 +12,6 @@
 #include "MirlButton.h"
 #include "MirlCaptionLayout.h"
 #include "MirlStatic.h"
+#include "MirlDlgButton.h"
+#include "MirlDlgStatic.h"
+#include "MirlCommonEdit.h"
