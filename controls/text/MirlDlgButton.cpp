@@ -338,7 +338,7 @@ void MirlDlgButton::PaintFace(HDC dc, LONG right, LONG bottom)
     PaintBackground(dc, client);
     Gdiplus::Graphics graphics(dc);
     // One pixel narrower than the control, as every button face.
-    Gdiplus::Rect rect(0, 0, right - 1, bottom);
+    Gdiplus::Rect rect(0, 0, MIRL::TruncateToInt(static_cast<double>(right) - 1), bottom);
     if (m_CheckType) {
         DrawCheckBox(graphics, rect, m_Pressed != 0, m_Disabled != 0);
         return;

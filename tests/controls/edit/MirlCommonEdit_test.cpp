@@ -275,3 +275,31 @@ TEST_F(CommonEdit, AfterAResizeTheFaceKeepsTheSizeOfCreation)
 }
 
 } // namespace
+
+namespace {
+
+bool HeapsValid()
+{
+    HANDLE heaps[64];
+    const DWORD count = ::GetProcessHeaps(64, heaps);
+    for (DWORD i = 0; i < count && i < 64; ++i) {
+        if (!::HeapValidate(heaps[i], 0, nullptr)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+TEST_F(CommonEdit, ALongTextLeavesTheHeapsWhole)
+{
+    const std::wstring wide(2000, L'W');
+    HWND plain = ::CreateWindowExW(0, L"EDIT", nullptr, WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 40, 60, 22, m_Frame.m_hWnd,
+                                   nullptr, nullptr, nullptr);
+    ::SendMessageW(plain, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(wide.c_str()));
+    EXPECT_TRUE(HeapsValid()) << "the system's own edit";
+    ::DestroyWindow(plain);
+    ::SendMessageW(m_Edit->m_hWnd, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(wide.c_str()));
+    EXPECT_TRUE(HeapsValid()) << "the number field";
+}
+
+} // namespace
