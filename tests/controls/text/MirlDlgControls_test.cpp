@@ -625,3 +625,78 @@ TEST_F(DlgControls, AModalDialogClosesByAPostedClickOnItsSkinnedButton)
 }
 
 } // namespace
+
+namespace {
+
+// ---------------------------------------------------------------------------------------------
+// Pictures of each state, on the dark fill a skin would give them
+
+mirltest::Dib PaintState(HWND window)
+{
+    mirltest::RenderOptions options;
+    options.route = mirltest::PaintRoute::PaintWithDc;
+    return mirltest::RenderWindow(window, options);
+}
+
+const Gdiplus::ARGB kDialogFill = 0xFF28303A;
+
+TEST_F(DlgControls, PushButtonStatesMatchTheirGoldens)
+{
+    Dialog dialog;
+    HWND apply = dialog.Item(kApply);
+    MirlDlgButton button;
+    button.SubclassWindowBtn(apply, nullptr);
+    button.m_BkColor = kDialogFill;
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(apply), "dlg_button_normal"));
+
+    ::SendMessageW(apply, BM_SETSTATE, TRUE, 0);
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(apply), "dlg_button_pressed"));
+    ::SendMessageW(apply, BM_SETSTATE, FALSE, 0);
+
+    ASSERT_TRUE(mirltest::Activate(dialog.hwnd()));
+    ::SendMessageW(apply, WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
+    ASSERT_TRUE(button.IsMouseOnButton());
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(apply), "dlg_button_hover"));
+    ::SendMessageW(apply, WM_CANCELMODE, 0, 0);
+    EXPECT_FALSE(button.IsMouseOnButton());
+    ::ReleaseCapture();
+
+    ::EnableWindow(apply, FALSE);
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(apply), "dlg_button_disabled"));
+}
+
+TEST_F(DlgControls, CheckAndRadioStatesMatchTheirGoldens)
+{
+    Dialog dialog;
+    MirlDlgButton check;
+    MirlDlgButton radio;
+    MirlDlgButton bare;
+    check.SubclassWindowBtn(dialog.Item(kShuffle), nullptr);
+    radio.SubclassWindowBtn(dialog.Item(kRepeat), nullptr);
+    bare.SubclassWindowBtn(dialog.Item(kBare), nullptr);
+    check.m_BkColor = radio.m_BkColor = bare.m_BkColor = kDialogFill;
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(dialog.Item(kShuffle)), "dlg_check_unchecked"));
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(dialog.Item(kRepeat)), "dlg_radio_unchecked"));
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(dialog.Item(kBare)), "dlg_check_bare"));
+    ::SendMessageW(dialog.Item(kShuffle), BM_SETCHECK, BST_CHECKED, 0);
+    ::SendMessageW(dialog.Item(kRepeat), BM_SETCHECK, BST_CHECKED, 0);
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(dialog.Item(kShuffle)), "dlg_check_checked"));
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(dialog.Item(kRepeat)), "dlg_radio_checked"));
+    // Disabled changes nothing on a check box.
+    ::EnableWindow(dialog.Item(kShuffle), FALSE);
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(dialog.Item(kShuffle)), "dlg_check_checked"));
+}
+
+TEST_F(DlgControls, StaticStatesMatchTheirGoldens)
+{
+    Dialog dialog;
+    MirlDlgStatic visit;
+    MirlDlgStatic plain;
+    visit.m_BkColor = plain.m_BkColor = kDialogFill;
+    visit.SubclassWindowStatic(dialog.Item(kVisit), nullptr);
+    plain.SubclassWindowStatic(dialog.Item(kPlain), nullptr);
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(dialog.Item(kVisit)), "dlg_static_link"));
+    EXPECT_TRUE(mirltest::MatchesGolden(PaintState(dialog.Item(kPlain)), "dlg_static_plain"));
+}
+
+} // namespace
