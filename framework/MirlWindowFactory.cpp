@@ -3,6 +3,7 @@
 #include "MirlContainer.h"
 #include "MirlRange.h"
 #include "MirlButton.h"
+#include "MirlCommonEdit.h"
 #include "MirlWindow.h"
 
 #include <cwchar>
@@ -47,8 +48,8 @@ const WindowClassRow kWindowClasses[] = {
     {L"SLIDER", NULL},        // MirlSlider
     {L"TRACKBAR", &MakeWindow<MirlTrackBar>},
     {L"SEEK", NULL},          // MirlMediaSeekBar
-    {L"COMMONEDIT", NULL},    // MirlCommonEdit
-    {L"SPIN", NULL},          // MirlSpinCtrl
+    {L"COMMONEDIT", &MakeWindow<MirlCommonEdit>},
+    {L"SPIN", &MakeWindow<MirlSpinCtrl>},
     {L"GROUPBOX", NULL},      // MirlGroupBox
     {L"CUSTOMCONTROL", &MakeWindow<MirlWindow>},
 };

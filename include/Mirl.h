@@ -14,3 +14,6 @@
 #include "MirlStatic.h"
 #include "MirlRange.h"
 #include "MirlContainer.h"
+#include "MirlDlgButton.h"
+#include "MirlDlgStatic.h"
+#include "MirlCommonEdit.h"

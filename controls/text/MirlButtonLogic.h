@@ -5,6 +5,7 @@
 //
 //   TruncateToInt            float to int toward zero, clamped
 //   SplitThreeSlices         left end, one stretched column, right end
+//   PaintThreeSlices         the same split drawn (defined beside the button's painting)
 //   LinkSpan                 the horizontal span in which the pointer is over a link
 //   RunRepeatLoop            commands until the release, made even
 //   CopyUrl                  at most 259 characters and a NUL into a 260-character array
@@ -36,6 +37,8 @@ struct MirlSlice {
 // right end, each end half the image wide; the height is always stretched.
 MIRL_API void SplitThreeSlices(unsigned int width, unsigned int height, const Gdiplus::Rect &target,
                                MirlSlice slices[3]);
+// Draws image into target by SplitThreeSlices, pixel for pixel; nothing for a null image.
+MIRL_API void PaintThreeSlices(Gdiplus::Graphics &graphics, Gdiplus::Bitmap *image, const Gdiplus::Rect &target);
 
 // The span [left, right] of client x in which the pointer is over the caption, by the
 // ALIGN_LEFT and ALIGN_RIGHT bits of style; the pointer is over it when left < x < right.

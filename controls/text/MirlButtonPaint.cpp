@@ -351,6 +351,11 @@ void MirlButton::DrawTheBitmapTx(Gdiplus::Graphics &graphics, Gdiplus::Rect &rec
 
 void MirlButton::PainImageInRect(Gdiplus::Graphics &graphics, Gdiplus::Bitmap *image, const Gdiplus::Rect &rect)
 {
+    MIRL::PaintThreeSlices(graphics, image, rect);
+}
+
+void MIRL::PaintThreeSlices(Gdiplus::Graphics &graphics, Gdiplus::Bitmap *image, const Gdiplus::Rect &rect)
+{
     if (image == NULL) {
         return;
     }

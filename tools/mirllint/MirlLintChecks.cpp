@@ -100,6 +100,9 @@ private:
                         const std::vector<unsigned int> &reach, bool fallback);
     void CheckUrl(const Location &where, const std::wstring &value, const std::vector<unsigned int> &reach);
     void CheckFixedImages(const Template &window, const std::wstring &windowClass, const std::vector<unsigned int> &reach);
+    void CheckDialogImages(const Definition &definition, const std::vector<unsigned int> &reach);
+    // The names that some checked language finds no image element for.
+    std::vector<std::wstring> MissingImages(const std::vector<std::wstring> &names, const std::vector<unsigned int> &reach) const;
     std::wstring SuggestName(const std::wstring &value, unsigned long type) const;
     void CheckCoverage();
 
@@ -140,6 +143,9 @@ void Checker::CheckDefinition(const Definition &definition)
     case UI_ELEMENT_IMAGE:
         CheckElementAttributes(definition);
         CheckImage(definition, reach);
+        if (IsDialogOnlyImage(definition.name)) {
+            CheckDialogImages(definition, reach);
+        }
         break;
     case UI_ELEMENT_TEXT:
         CheckElementAttributes(definition);
@@ -313,15 +319,7 @@ void Checker::CheckFixedImages(const Template &window, const std::wstring &windo
     const Attr *style = FindAttr(window.attributes, L"Style");
     unsigned long styleValue = style != nullptr ? WordValue(style->value, WordTable::Style) : 0;
     std::vector<std::wstring> names = FixedImages(windowClass, styleValue);
-    std::vector<std::wstring> missing;
-    for (const std::wstring &name : names) {
-        for (unsigned int language : reach) {
-            if (m_Skin.Resolve(UI_ELEMENT_IMAGE, name, language) == nullptr) {
-                missing.push_back(name);
-                break;
-            }
-        }
-    }
+    std::vector<std::wstring> missing = MissingImages(names, reach);
     std::wstring upper = windowClass;
     std::transform(upper.begin(), upper.end(), upper.begin(), [](wchar_t c) { return static_cast<wchar_t>(std::towupper(c)); });
     std::wstring key = upper + ((styleValue & 0x1000) != 0 ? L"+BS_BACKIMGE" : L"");
@@ -332,6 +330,34 @@ void Checker::CheckFixedImages(const Template &window, const std::wstring &windo
     Error(window.where, who + L" draws the image elements " + JoinNames(names, 8) + L" by their fixed names, and the skin lacks " +
                             JoinNames(missing, 8) + L" (reported once, at the first such template)",
           L"control-image-missing");
+}
+
+std::vector<std::wstring> Checker::MissingImages(const std::vector<std::wstring> &names,
+                                                const std::vector<unsigned int> &reach) const
+{
+    std::vector<std::wstring> missing;
+    for (const std::wstring &name : names) {
+        for (unsigned int language : reach) {
+            if (m_Skin.Resolve(UI_ELEMENT_IMAGE, name, language) == nullptr) {
+                missing.push_back(name);
+                break;
+            }
+        }
+    }
+    return missing;
+}
+
+void Checker::CheckDialogImages(const Definition &definition, const std::vector<unsigned int> &reach)
+{
+    std::vector<std::wstring> names = DialogControlImages();
+    std::vector<std::wstring> missing = MissingImages(names, reach);
+    if (missing.empty() || !m_FixedReported.insert(L"dialog controls").second) {
+        return;
+    }
+    Warning(definition.where, L"the image '" + definition.name + L"' is one that a skinned dialog's own controls draw; they also take " +
+                                  JoinNames(names, 8) + L" by their fixed names, and the skin lacks " + JoinNames(missing, 8) +
+                                  L" (reported once)",
+            L"dialog-image-missing");
 }
 
 void Checker::CheckTemplate(const Template &window, const std::wstring &parentClass, bool top, const std::vector<unsigned int> &reach)

@@ -364,6 +364,17 @@ std::vector<std::wstring> FixedImages(const std::wstring &windowClass, unsigned 
     return {};
 }
 
+std::vector<std::wstring> DialogControlImages()
+{
+    return {L"CheckY", L"CheckN", L"RadioBtn0", L"RadioBtn1", L"CmBtn2", L"CmBtnArrow"};
+}
+
+bool IsDialogOnlyImage(const std::wstring &name)
+{
+    // Element names compare case-sensitively.
+    return name == L"CheckY" || name == L"CheckN" || name == L"RadioBtn0" || name == L"RadioBtn1";
+}
+
 bool IsTemplateAttribute(const std::wstring &name, std::wstring &suggestion)
 {
     // The common attributes of every window, then those that controls read for themselves.

@@ -84,6 +84,12 @@ std::vector<ElementReference> TemplateReferences(const std::wstring &windowClass
 // Image elements that a control of the class draws by their fixed names. A button also needs
 // its common images when its style has BS_BACKIMGE.
 std::vector<std::wstring> FixedImages(const std::wstring &windowClass, unsigned long style);
+// The image elements that a dialog's own controls, skinned in place by the application, take
+// by their fixed names without a test (no template names them): check box, radio button,
+// pressed push button, arrow.
+std::vector<std::wstring> DialogControlImages();
+// The names among them that only a skinned dialog reads: a skin that has one means dialogs.
+bool IsDialogOnlyImage(const std::wstring &name);
 
 // Whether some window reads a template attribute of this name (any letter case); if not,
 // suggestion may name the attribute meant.

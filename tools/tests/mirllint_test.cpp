@@ -499,3 +499,42 @@ TEST(MirlLint, TheRangeAndSplitterFixturesAreClean)
         EXPECT_TRUE(Findings(result).empty()) << NarrowText(Findings(result).front());
     }
 }
+
+TEST(MirlLint, TheDialogAndNumberFieldSkinIsClean)
+{
+    RunResult result = RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(L"dialogs")));
+    ASSERT_TRUE(result.finished);
+    EXPECT_EQ(0u, result.exitCode);
+    ASSERT_FALSE(result.err.empty());
+    EXPECT_EQ(L"mirllint: 0 errors, 0 warnings", result.err.back());
+}
+
+TEST(MirlLint, DialogImagesAndTheNumberFieldsFaceAreNamedWhenMissing)
+{
+    RunResult result = RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(L"lint_dialog_images")));
+    ASSERT_TRUE(result.finished);
+    const std::vector<std::wstring> expected = {
+        LR"L(Skin.xml: warning: /Skin/Images/CheckY: the image 'CheckY' is one that a skinned dialog's own controls draw; they also take CheckY, CheckN, RadioBtn0, RadioBtn1, CmBtn2, CmBtnArrow by their fixed names, and the skin lacks RadioBtn0, RadioBtn1, CmBtn2, CmBtnArrow (reported once) [dialog-image-missing])L",
+        LR"L(Skin.xml: error: /Skin/Windows/Frame/Number: every COMMONEDIT draws the image elements CommonEditLeft, CommonEditRight, CommonEditXScale by their fixed names, and the skin lacks CommonEditLeft, CommonEditRight, CommonEditXScale (reported once, at the first such template) [control-image-missing])L",
+    };
+    std::vector<std::wstring> findings;
+    for (const std::wstring &line : result.out) {
+        if (line.find(L"Skin.xml:") == 0) {
+            findings.push_back(line);
+        }
+    }
+    EXPECT_EQ(expected, findings);
+}
+
+TEST(MirlLintRules, DialogControlsAndTheNumberFieldDrawFixedImages)
+{
+    const std::vector<std::wstring> dialog = {L"CheckY", L"CheckN", L"RadioBtn0", L"RadioBtn1", L"CmBtn2", L"CmBtnArrow"};
+    EXPECT_EQ(dialog, mirllint::DialogControlImages());
+    EXPECT_TRUE(mirllint::IsDialogOnlyImage(L"RadioBtn1"));
+    EXPECT_FALSE(mirllint::IsDialogOnlyImage(L"checky")) << "element names compare case-sensitively";
+    EXPECT_FALSE(mirllint::IsDialogOnlyImage(L"CmBtn2")) << "every skin button reads it";
+    const std::vector<std::wstring> face = {L"CommonEditLeft", L"CommonEditRight", L"CommonEditXScale"};
+    EXPECT_EQ(face, mirllint::FixedImages(L"commonedit", 0));
+    EXPECT_TRUE(mirllint::FixedImages(L"SPIN", 0).empty());
+    EXPECT_TRUE(mirllint::IsKnownClass(L"Spin"));
+}

@@ -258,6 +258,7 @@ TEST(MirlViewWatch, WritesTheNewPictureWhenTheSkinChanges)
 {
     SkinFolder skin(L"watch_png");
     std::wstring png = TempPath(L"watch.png");
+    DeleteFileW(png.c_str());  // a picture left by an earlier process of the same id is not this one
     long reaction = -1;
     COLORREF first = CLR_INVALID;
     RunResult result = RunTool(L"mirlview.exe", Quote(skin.path()) + L" Frame --watch --png " + Quote(png),
@@ -281,6 +282,7 @@ TEST(MirlViewWatch, WaitsOutABrokenSave)
 {
     SkinFolder skin(L"watch_broken");
     std::wstring png = TempPath(L"broken.png");
+    DeleteFileW(png.c_str());
     long reaction = -1;
     RunResult result = RunTool(L"mirlview.exe", Quote(skin.path()) + L" Frame --watch --png " + Quote(png),
                                [&](const PROCESS_INFORMATION &process) {

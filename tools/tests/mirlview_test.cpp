@@ -366,3 +366,37 @@ TEST(MirlView, SampleLibraryWindowMatchesItsGolden)
     DeleteFileW(png.c_str());
     Gdiplus::GdiplusShutdown(token);
 }
+
+// The number field and its arrows as the library paints them: the face's red left end and blue
+// right end from the skin, the number in black between them, and the system's arrows beside.
+TEST(MirlView, TheNumberFieldAndItsSpinArePainted)
+{
+    std::wstring png = TempPng(L"number");
+    RunResult result = RunTool(L"mirlview.exe", Quote(Skin(L"dialogs")) + L" NumberPane --png " + Quote(png));
+    ASSERT_TRUE(result.finished);
+    ASSERT_EQ(0u, result.exitCode);
+    Gdiplus::Bitmap bitmap(png.c_str());
+    ASSERT_EQ(Gdiplus::Ok, bitmap.GetLastStatus());
+    auto at = [&](int x, int y) {
+        Gdiplus::Color color;
+        bitmap.GetPixel(x, y, &color);
+        return RGB(color.GetR(), color.GetG(), color.GetB());
+    };
+    EXPECT_EQ(RGB(40, 44, 52), at(2, 2));
+    EXPECT_EQ(RGB(200, 40, 40), at(10, 10));   // CommonEditLeft
+    EXPECT_EQ(RGB(230, 230, 230), at(20, 10)); // CommonEditXScale
+    EXPECT_EQ(RGB(40, 40, 200), at(69, 31));   // CommonEditRight
+    int dark = 0;
+    int arrows = 0;
+    for (int y = 10; y < 32; ++y) {
+        for (int x = 30; x < 50; ++x) {
+            dark += GetRValue(at(x, y)) < 0x60 ? 1 : 0;
+        }
+        for (int x = 72; x < 88; ++x) {
+            arrows += at(x, y) != RGB(40, 44, 52) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(dark, 5) << "the number";
+    EXPECT_GT(arrows, 100) << "the up-down paints itself";
+    DeleteFileW(png.c_str());
+}
