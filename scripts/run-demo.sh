@@ -2,7 +2,8 @@
 # Builds the i686 library and the demo, and runs the demo on the bundled sample skin.
 # Usage: run-demo.sh [language id]
 # With a display (DISPLAY set) the player window opens; without one, the window is painted
-# into build/demo.png on a private virtual display, and the skin's summary is printed.
+# into build/demo.png (and its settings dialog into build/settings.png) on a private virtual
+# display, and the skin's summary is printed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 language=${1:-1033}
@@ -24,3 +25,6 @@ wine_session_start
 cd build/i686/bin
 "$run" win32 SkinSummary.exe "" "$language"
 "$run" win32 PlayerDemo.exe --lang "$language" --png "Z:${out//\//\\}"
+# The settings dialog: the system's own controls of a dialog, skinned in place.
+settings=${out%demo.png}settings.png
+"$run" win32 PlayerDemo.exe --lang "$language" --settings --png "Z:${settings//\//\\}"

@@ -1,9 +1,11 @@
-// The demo application: the sample skin's media player window.
-//   PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--png OUT.png]
+// The demo application: the sample skin's media player window, or its settings dialog.
+//   PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--settings] [--png OUT.png]
 // With --png the window is created, laid out, painted into a picture and saved, and the program
 // ends: that is how a machine without a screen shows it. Without, the window stays open.
+// --settings shows the settings dialog, a dialog of the system's controls skinned in place.
 #include "Mirl.h"
 #include "MirlViewRender.h"
+#include "SettingsDialog.h"
 
 #include <fcntl.h>
 #include <io.h>
@@ -39,8 +41,42 @@ std::wstring ProgramFolder()
 
 int Usage()
 {
-    std::fwprintf(stderr, L"usage: PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--png OUT.png]\n");
+    std::fwprintf(stderr, L"usage: PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--settings] [--png OUT.png]\n");
     return 2;
+}
+
+// Paints the window's client area and its children into a picture saved as png.
+int SavePicture(HWND window, const wchar_t *png)
+{
+    RECT client = {};
+    ::GetClientRect(window, &client);
+    mirlview::Picture picture(client.right, client.bottom);
+    mirlview::ComposeWindowTree(window, picture);
+    std::wstring error;
+    if (!mirlview::SavePng(picture, png, error)) {
+        std::wprintf(L"Could not write %ls: %ls\n", png, error.c_str());
+        return 1;
+    }
+    std::wprintf(L"Wrote %ls (%ldx%ld)\n", png, client.right, client.bottom);
+    return 0;
+}
+
+int ShowSettings(const wchar_t *png)
+{
+    demo::SettingsDialog settings;
+    if (png == nullptr) {
+        const INT_PTR answer = settings.Run(nullptr);
+        std::wprintf(L"Settings: %ls, crossfade %d s\n", answer == IDOK ? L"OK" : L"cancelled", settings.Crossfade());
+        return 0;
+    }
+    HWND dialog = settings.Open(nullptr);
+    if (dialog == nullptr) {
+        std::wprintf(L"The settings dialog could not be made.\n");
+        return 4;
+    }
+    const int result = SavePicture(dialog, png);
+    settings.Close();
+    return result;
 }
 
 } // namespace
@@ -51,11 +87,14 @@ int wmain(int argc, wchar_t **argv)
     std::wstring skin = ProgramFolder() + L"\\skins\\sample.zip";
     unsigned int language = 1033;
     const wchar_t *png = nullptr;
+    bool settings = false;
     for (int i = 1; i < argc; ++i) {
         if (std::wcscmp(argv[i], L"--skin") == 0 && i + 1 < argc) {
             skin = argv[++i];
         } else if (std::wcscmp(argv[i], L"--lang") == 0 && i + 1 < argc) {
             language = static_cast<unsigned int>(std::wcstoul(argv[++i], nullptr, 10));
+        } else if (std::wcscmp(argv[i], L"--settings") == 0) {
+            settings = true;
         } else if (std::wcscmp(argv[i], L"--png") == 0 && i + 1 < argc) {
             png = argv[++i];
         } else {
@@ -76,6 +115,11 @@ int wmain(int argc, wchar_t **argv)
     }
 
     int result = 0;
+    if (settings) {
+        result = ShowSettings(png);
+        MirlUnIntialize();
+        return result;
+    }
     {
         PlayerFrame frame;
         if (frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"MainFrame") == nullptr) {

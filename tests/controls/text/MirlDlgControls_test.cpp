@@ -700,3 +700,25 @@ TEST_F(DlgControls, StaticStatesMatchTheirGoldens)
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(DlgControls, WmPrintClientPaintsWhatWmPaintWithAContextPaints)
+{
+    Dialog dialog;
+    MirlDlgButton apply;
+    MirlDlgButton check;
+    MirlDlgStatic visit;
+    apply.SubclassWindowBtn(dialog.Item(kApply), nullptr);
+    check.SubclassWindowBtn(dialog.Item(kShuffle), nullptr);
+    visit.SubclassWindowStatic(dialog.Item(kVisit), nullptr);
+    apply.m_BkColor = check.m_BkColor = visit.m_BkColor = kDialogFill;
+    for (WORD id : {static_cast<WORD>(kApply), static_cast<WORD>(kShuffle), static_cast<WORD>(kVisit)}) {
+        const mirltest::Dib printed = mirltest::RenderWindow(dialog.Item(id));
+        EXPECT_TRUE(SamePixels(PaintState(dialog.Item(id)), printed)) << id;
+        EXPECT_NE(0xFF00FFu, printed.Pixel(0, 0)) << id;
+    }
+    EXPECT_EQ(0, ::SendMessageW(dialog.Item(kVisit), WM_PRINTCLIENT, 0, PRF_CLIENT));
+}
+
+} // namespace
