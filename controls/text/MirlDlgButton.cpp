@@ -160,6 +160,12 @@ LRESULT MirlDlgButton::OnMsg(HWND, UINT uMsg, WPARAM wParam, LPARAM lParam, int 
     case WM_ENABLE: OnEnable(static_cast<BOOL>(wParam)); break;
     case WM_SETTEXT: OnSetText(reinterpret_cast<const wchar_t *>(lParam)); break;
     case WM_PAINT: OnPaint(reinterpret_cast<HDC>(wParam)); break;
+    // A picture of the window (PrintWindow, a composer) paints as WM_PAINT with a context does.
+    case WM_PRINTCLIENT:
+        if (wParam != 0) {
+            OnPaint(reinterpret_cast<HDC>(wParam));
+        }
+        break;
     case WM_ERASEBKGND: break;
     case WM_CANCELMODE: CancelHover(); break;
     case WM_DRAWITEM:

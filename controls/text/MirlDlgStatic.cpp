@@ -129,6 +129,13 @@ LRESULT MirlDlgStatic::OnMsg(HWND, UINT uMsg, WPARAM wParam, LPARAM lParam, int 
     switch (uMsg) {
     case WM_SETTEXT: handled = 1; return OnSetText(reinterpret_cast<const wchar_t *>(lParam));
     case WM_PAINT: handled = 1; OnPaint(reinterpret_cast<HDC>(wParam)); return 0;
+    // A picture of the window paints as WM_PAINT with a context does; without a context, nothing.
+    case WM_PRINTCLIENT:
+        handled = 1;
+        if (wParam != 0) {
+            OnPaint(reinterpret_cast<HDC>(wParam));
+        }
+        return 0;
     case WM_ERASEBKGND: handled = 1; return 1;
     case WM_SETCURSOR: handled = 1; OnSetCursor(); return 0;
     case WM_MOUSEMOVE: OnMouseMove(lParam); return 0;

@@ -1,9 +1,12 @@
-// The demo application: the sample skin's media player window, or its library window.
-//   PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--window MainFrame|LibraryFrame] [--png OUT.png]
+// The demo application: the sample skin's media player window, its library window, or its
+// settings dialog.
+//   PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--window MainFrame|LibraryFrame] [--settings] [--png OUT.png]
 // With --png the window is created, laid out, painted into a picture and saved, and the program
 // ends: that is how a machine without a screen shows it. Without, the window stays open.
+// --settings shows the settings dialog, a dialog of the system's controls skinned in place.
 #include "Mirl.h"
 #include "MirlViewRender.h"
+#include "SettingsDialog.h"
 
 #include <fcntl.h>
 #include <io.h>
@@ -39,7 +42,7 @@ std::wstring ProgramFolder()
 
 int Usage()
 {
-    std::fwprintf(stderr, L"usage: PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--window NAME] [--png OUT.png]\n");
+    std::fwprintf(stderr, L"usage: PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--window NAME] [--settings] [--png OUT.png]\n");
     return 2;
 }
 
@@ -61,6 +64,40 @@ void ShowLibraryState(MirlWindowBase &frame)
     }
 }
 
+// Paints the window's client area and its children into a picture saved as png.
+int SavePicture(HWND window, const wchar_t *png)
+{
+    RECT client = {};
+    ::GetClientRect(window, &client);
+    mirlview::Picture picture(client.right, client.bottom);
+    mirlview::ComposeWindowTree(window, picture);
+    std::wstring error;
+    if (!mirlview::SavePng(picture, png, error)) {
+        std::wprintf(L"Could not write %ls: %ls\n", png, error.c_str());
+        return 1;
+    }
+    std::wprintf(L"Wrote %ls (%ldx%ld)\n", png, client.right, client.bottom);
+    return 0;
+}
+
+int ShowSettings(const wchar_t *png)
+{
+    demo::SettingsDialog settings;
+    if (png == nullptr) {
+        const INT_PTR answer = settings.Run(nullptr);
+        std::wprintf(L"Settings: %ls, crossfade %d s\n", answer == IDOK ? L"OK" : L"cancelled", settings.Crossfade());
+        return 0;
+    }
+    HWND dialog = settings.Open(nullptr);
+    if (dialog == nullptr) {
+        std::wprintf(L"The settings dialog could not be made.\n");
+        return 4;
+    }
+    const int result = SavePicture(dialog, png);
+    settings.Close();
+    return result;
+}
+
 } // namespace
 
 int wmain(int argc, wchar_t **argv)
@@ -70,6 +107,7 @@ int wmain(int argc, wchar_t **argv)
     unsigned int language = 1033;
     const wchar_t *png = nullptr;
     const wchar_t *window = L"MainFrame";
+    bool settings = false;
     for (int i = 1; i < argc; ++i) {
         if (std::wcscmp(argv[i], L"--skin") == 0 && i + 1 < argc) {
             skin = argv[++i];
@@ -77,6 +115,8 @@ int wmain(int argc, wchar_t **argv)
             language = static_cast<unsigned int>(std::wcstoul(argv[++i], nullptr, 10));
         } else if (std::wcscmp(argv[i], L"--window") == 0 && i + 1 < argc) {
             window = argv[++i];
+        } else if (std::wcscmp(argv[i], L"--settings") == 0) {
+            settings = true;
         } else if (std::wcscmp(argv[i], L"--png") == 0 && i + 1 < argc) {
             png = argv[++i];
         } else {
@@ -97,6 +137,11 @@ int wmain(int argc, wchar_t **argv)
     }
 
     int result = 0;
+    if (settings) {
+        result = ShowSettings(png);
+        MirlUnIntialize();
+        return result;
+    }
     {
         PlayerFrame frame;
         if (frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), window) == nullptr) {
@@ -104,17 +149,7 @@ int wmain(int argc, wchar_t **argv)
             result = 4;
         } else if (png != nullptr) {
             ShowLibraryState(frame);
-            RECT client = {};
-            frame.GetClientRect(&client);
-            mirlview::Picture picture(client.right, client.bottom);
-            mirlview::ComposeWindowTree(frame.m_hWnd, picture);
-            std::wstring error;
-            if (mirlview::SavePng(picture, png, error)) {
-                std::wprintf(L"Wrote %ls (%ldx%ld)\n", png, client.right, client.bottom);
-            } else {
-                std::wprintf(L"Could not write %ls: %ls\n", png, error.c_str());
-                result = 1;
-            }
+            result = SavePicture(frame.m_hWnd, png);
             frame.DestroyWindow();
         } else {
             ShowLibraryState(frame);

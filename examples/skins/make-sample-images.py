@@ -183,6 +183,65 @@ def arrow(width, height):
     return render(width, height, shade)
 
 
+def check_box(size, checked):
+    """A dialog check box: a rounded square, with a tick when checked."""
+    def shade(x, y):
+        r = 2.5
+        cx = min(max(x, r + 0.5), size - r - 0.5)
+        cy = min(max(y, r + 0.5), size - r - 0.5)
+        d = math.hypot(x - cx, y - cy)
+        if d > r:
+            return (0.0, 0.0, 0.0, 0.0)
+        if checked:
+            k = size / 13.0
+            near = lambda ax, ay, bx, by: seg_distance(x, y, ax * k, ay * k, bx * k, by * k) <= 1.1 * k
+            if near(3.2, 6.8, 5.5, 9.2) or near(5.5, 9.2, 9.8, 3.8):
+                return WHITE + (1.0,)
+            return (ACCENT_DEEP if d <= r - 1.0 else GLOW) + (1.0,)
+        return (DUSK if d <= r - 1.0 else GREY) + (1.0,)
+    return render(size, size, shade)
+
+
+def seg_distance(px, py, ax, ay, bx, by):
+    dx, dy = bx - ax, by - ay
+    t = max(0.0, min(1.0, ((px - ax) * dx + (py - ay) * dy) / (dx * dx + dy * dy)))
+    return math.hypot(px - ax - t * dx, py - ay - t * dy)
+
+
+def radio(size, checked):
+    """A dialog radio button: a ring, with an accent dot when checked."""
+    def shade(x, y):
+        d = math.hypot(x - size / 2.0, y - size / 2.0)
+        r = size / 2.0 - 0.5
+        if d > r:
+            return (0.0, 0.0, 0.0, 0.0)
+        if d > r - 1.2:
+            return (GLOW if checked else GREY) + (1.0,)
+        if checked and d <= r * 0.45:
+            return ACCENT + (1.0,)
+        return DUSK + (1.0,)
+    return render(size, size, shade)
+
+
+def field(width, height, part):
+    """The number field's face: a dark inset bar in three parts (left end, middle, right end)."""
+    r = 4.0
+    full = 2 * r + 4
+
+    def shade(x, y):
+        # Each part is a slice of one bar of width `full`.
+        bx = x if part == 'left' else (x + full - width if part == 'right' else full / 2.0)
+        cx = min(max(bx, r), full - r)
+        cy = min(max(y, r), height - r)
+        d = math.hypot(bx - cx, y - cy)
+        if d > r:
+            return (0.0, 0.0, 0.0, 0.0)
+        if d > r - 1.2:
+            return STEEL + (1.0,)
+        return mix(hexc(0xDDE3EE), WHITE, y / height) + (1.0,)
+    return render(width, height, shade)
+
+
 def note_icon(size):
     def shade(x, y):
         k = size / 16.0
@@ -205,6 +264,14 @@ def main():
         write_png(os.path.join(out, 'Face%d.png' % index), 24, 26, pill(24, 26, state))
     write_png(os.path.join(out, 'Arrow.png'), 11, 6, arrow(11, 6))
     write_png(os.path.join(out, 'Note.png'), 16, 16, note_icon(16))
+    # Skinned dialogs: idle and checked boxes and radios, and the number field's face.
+    write_png(os.path.join(out, 'CheckIdle.png'), 13, 13, check_box(13, False))
+    write_png(os.path.join(out, 'CheckOn.png'), 13, 13, check_box(13, True))
+    write_png(os.path.join(out, 'RadioIdle.png'), 13, 13, radio(13, False))
+    write_png(os.path.join(out, 'RadioOn.png'), 13, 13, radio(13, True))
+    write_png(os.path.join(out, 'FieldLeft.png'), 6, 24, field(6, 24, 'left'))
+    write_png(os.path.join(out, 'FieldMiddle.png'), 1, 24, field(1, 24, 'middle'))
+    write_png(os.path.join(out, 'FieldRight.png'), 6, 24, field(6, 24, 'right'))
 
 
 if __name__ == '__main__':
