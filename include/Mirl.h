@@ -12,4 +12,4 @@
 #include "MirlButton.h"
 #include "MirlCaptionLayout.h"
 #include "MirlStatic.h"
-#include "MirlEditEngine.h"
+#include "MirlEdit.h"
