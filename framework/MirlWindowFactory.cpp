@@ -1,6 +1,7 @@
 // The factory: one live window object of the class that a template's "Class" names.
 #include "MirlStatic.h"
 #include "MirlButton.h"
+#include "MirlEdit.h"
 #include "MirlWindow.h"
 
 #include <cwchar>
@@ -31,7 +32,7 @@ struct WindowClassRow {
 const WindowClassRow kWindowClasses[] = {
     {L"WINDOW", &MakeWindow<MirlWindow>},
     {L"BUTTON", &MakeWindow<MirlButton>},
-    {L"EDIT", NULL},          // MirlEdit
+    {L"EDIT", &MakeWindow<MirlEdit>},
     {L"STATIC", &MakeWindow<MirlStatic>},
     {L"LISTBOX", NULL},       // no list box exists
     {L"SCROLLBAR", NULL},     // MirlScrollBar
