@@ -158,9 +158,15 @@ LRESULT MirlEdit::OnEraseBkgnd(UINT, WPARAM, LPARAM, BOOL &)
 LRESULT MirlEdit::OnSetWindowText(UINT, WPARAM, LPARAM lParam, BOOL &)
 {
     const wchar_t *text = reinterpret_cast<const wchar_t *>(lParam);
-    // A copy first: the text may be the buffer's own.
-    std::wstring value = text != NULL ? std::wstring(text) : std::wstring();
-    m_Text.swap(value);
+    if (text == NULL) {
+        text = L"";
+    }
+    // The window's own text comes back here from the framework's SetWindowTextW, which reads
+    // its pointer again afterwards: the buffer must stay where it is.
+    if (text != m_Text.c_str()) {
+        std::wstring value(text);
+        m_Text.swap(value);
+    }
     BuildCharRects();
     const int length = static_cast<int>(m_Text.size());
     SetCursorPos(length);

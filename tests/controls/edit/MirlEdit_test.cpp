@@ -4,6 +4,7 @@
 #include "MirlMessageRecorder.h"
 #include "MirlPixelTest.h"
 #include "MirlTestSupport.h"
+#include "MirlEditTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -14,13 +15,7 @@
 
 namespace {
 
-class EditsEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override { MirlIntialize(mirltest::SkinPath(L"edits").c_str(), 1033); }
-    void TearDown() override { MirlUnIntialize(); }
-};
-
-::testing::Environment *const g_Mirl = ::testing::AddGlobalTestEnvironment(new EditsEnvironment());
+::testing::Environment *const g_Mirl = ::testing::AddGlobalTestEnvironment(new mirltest::EditsEnvironment());
 
 // A frame that keeps every WM_COMMAND and WM_RBUTTONDOWN it receives.
 class EditFrame : public MirlWindowImpl<EditFrame> {
@@ -96,12 +91,7 @@ protected:
             m_Frame.DestroyWindow();
         }
     }
-    MirlEdit *Edit(unsigned long id)
-    {
-        MirlEdit *edit = dynamic_cast<MirlEdit *>(m_Frame.GetWindowItem(id));
-        EXPECT_NE(nullptr, edit);
-        return edit;
-    }
+    MirlEdit *Edit(unsigned long id) { return mirltest::EditOf(m_Frame, id); }
     static void Type(MirlEdit *edit, const wchar_t *text)
     {
         for (; *text != L'\0'; ++text) {
@@ -114,12 +104,7 @@ protected:
         ::SendMessageW(edit->m_hWnd, WM_KEYDOWN, key, 1);
         SetKeys(false, false);
     }
-    // Empties the edit through WM_SETTEXT and puts the cursor at the end, nothing selected.
-    static void Fill(MirlEdit *edit, const wchar_t *text)
-    {
-        ::SendMessageW(edit->m_hWnd, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
-        edit->SetHasSelection(false);
-    }
+    static void Fill(MirlEdit *edit, const wchar_t *text) { mirltest::FillEdit(edit, text); }
     static std::wstring TextOf(MirlEdit *edit) { return edit->GetEditText(); }
     size_t Changes(MirlEdit *edit) const { return m_Frame.Count(static_cast<WORD>(::GetDlgCtrlID(edit->m_hWnd)), EN_CHANGE); }
 
@@ -153,6 +138,14 @@ TEST_F(EditTest, OnCodePage1252NoInputMethodIsUsed)
     MirlEdit *edit = Edit(201);
     EXPECT_EQ(1252u, edit->GetCodePage());
     EXPECT_FALSE(edit->NeedsIME());
+}
+
+TEST_F(EditTest, ATemplateTextLongerThanTheStringsOwnRoomSurvivesCreation)
+{
+    MirlEdit *edit = Edit(204);
+    EXPECT_EQ(L"hello world", TextOf(edit));
+    EXPECT_STREQ(L"hello world", edit->GetWindowTextW());
+    EXPECT_EQ(11, edit->GetCursorPosition());
 }
 
 TEST_F(EditTest, ANumericEditWithLettersInItsTemplateStartsEmpty)
