@@ -1,8 +1,8 @@
 // Characters measured on GDI+. The rectangle a character gets at the head of the rest of the
-// text depends on the character, on its right neighbour (pairs, surrogates, combining marks)
-// and on whether it stands among trailing blanks of its line, which GDI+ does not measure. A
-// short string of those three gives the same rectangle as the whole rest, so each distinct
-// triple is measured once per font and alignment and kept.
+// text depends on the character; on its right neighbour only where the two join (surrogates,
+// combining marks, shaped scripts, line breaks); and for a blank, on whether it trails its
+// line, which GDI+ may not measure. A short sample of those gives the same rectangle as the
+// whole rest, so each distinct key is measured once per font and alignment and kept.
 #include "MirlEdit.h"
 
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace {
 typedef std::unordered_map<std::uint64_t, Gdiplus::RectF> RectTable;
 
 // Bounded: an edit fed random characters must not grow the process without end.
-const size_t kMaxEntriesPerFont = 16384;
+const size_t kMaxEntriesPerFont = 4096;
 const size_t kMaxFonts = 64;
 // Longer runs of blanks may meet the measuring rectangle's right edge and wrap there: their
 // characters are measured as the rest of the text, uncached.
@@ -40,16 +40,32 @@ bool IsBlank(wchar_t c)
            c == 0x205F || c == 0x3000 || c == 0xFEFF;
 }
 
+// Characters whose rectangle at the head of a text may depend on the character after them, or
+// that change the one before them.
+bool JoinsNeighbour(wchar_t c)
+{
+    return c < 0x20 || (c >= 0x7F && c <= 0x9F) || (c >= 0x0300 && c <= 0x036F) || (c >= 0x0483 && c <= 0x0489) ||
+           (c >= 0x0590 && c <= 0x08FF) || (c >= 0x0900 && c <= 0x0DFF) || (c >= 0x0E00 && c <= 0x0FFF) ||
+           (c >= 0x1000 && c <= 0x109F) || (c >= 0x1100 && c <= 0x11FF) || (c >= 0x1780 && c <= 0x18AF) ||
+           (c >= 0x1AB0 && c <= 0x1AFF) || (c >= 0x1DC0 && c <= 0x1DFF) || (c >= 0x200B && c <= 0x200F) ||
+           (c >= 0x2028 && c <= 0x202E) || (c >= 0x2060 && c <= 0x206F) || (c >= 0x20D0 && c <= 0x20FF) ||
+           (c >= 0x302A && c <= 0x302F) || (c >= 0x3099 && c <= 0x309A) || (c >= 0xD800 && c <= 0xDFFF) ||
+           (c >= 0xFB1D && c <= 0xFDFF) || (c >= 0xFE00 && c <= 0xFE0F) || (c >= 0xFE20 && c <= 0xFE2F) ||
+           (c >= 0xFE70 && c <= 0xFEFF) || c >= 0xFFF0;
+}
+
 enum HeadKind : std::uint64_t {
-    KindLast = 0,      // the last character of the text
-    KindBlankTail = 1, // a neighbour, then only blanks to the line's end
-    KindInkTail = 2,   // a neighbour, then something visible on the same line
+    KindAlone = 0,     // a character whose neighbour doesn't matter and that is not blank
+    KindBlankTail = 1, // only blanks follow to the line's end (or to the text's)
+    KindInkTail = 2,   // something visible follows on the same line
+    KindLast = 3,      // a joining character at the end of the text
 };
 
-std::uint64_t KeyOf(wchar_t c, wchar_t next, HeadKind kind)
+// Bit 34 marks a key with its neighbour in it.
+std::uint64_t KeyOf(wchar_t c, wchar_t next, HeadKind kind, bool pair)
 {
     return static_cast<std::uint64_t>(c) | (static_cast<std::uint64_t>(next) << 16) |
-           (static_cast<std::uint64_t>(kind) << 32);
+           (static_cast<std::uint64_t>(kind) << 32) | (pair ? (1ULL << 34) : 0ULL);
 }
 
 } // namespace
@@ -218,8 +234,16 @@ void MirlEditTextMeasurer::MeasureCharacters(const std::wstring &text, std::vect
             continue;
         }
         const wchar_t next = i + 1 < n ? text[i + 1] : L'\0';
-        const HeadKind kind = i + 1 >= n ? KindLast : (ink[i + 2] ? KindInkTail : KindBlankTail);
-        const std::uint64_t key = KeyOf(c, next, kind);
+        const bool pair = i + 1 < n && (JoinsNeighbour(c) || JoinsNeighbour(next));
+        HeadKind kind = KindAlone;
+        if (pair) {
+            kind = ink[i + 2] ? KindInkTail : KindBlankTail;
+        } else if (JoinsNeighbour(c)) {
+            kind = KindLast;
+        } else if (IsBlank(c)) {
+            kind = ink[i + 1] ? KindInkTail : KindBlankTail;
+        }
+        const std::uint64_t key = KeyOf(c, pair ? next : L'\0', kind, pair);
         RectTable::const_iterator found = table.find(key);
         if (found != table.end()) {
             rects[i] = found->second;
@@ -231,10 +255,16 @@ void MirlEditTextMeasurer::MeasureCharacters(const std::wstring &text, std::vect
         if (graphics->Get() == NULL) {
             continue;
         }
-        // The character, its neighbour, and a visible character after them when the line
-        // goes on with one: the same head as the whole rest of the text.
-        wchar_t sample[3] = {c, next, L'x'};
-        const int length = kind == KindLast ? 1 : (kind == KindBlankTail ? 2 : 3);
+        // The character, its neighbour where it joins it, and a visible character after them
+        // when the line goes on with one: the same head as the whole rest of the text.
+        wchar_t sample[3] = {c, L'x', L'x'};
+        int length = 1;
+        if (pair) {
+            sample[1] = next;
+            length = kind == KindInkTail ? 3 : 2;
+        } else if (kind == KindInkTail) {
+            length = 2;
+        }
         Gdiplus::RectF rect = MeasureHead(*graphics->Get(), sample, length);
         table[key] = rect;
         rects[i] = rect;

@@ -119,6 +119,18 @@ const StormMessage kStaticMessages[] = {
     {OCM_COMMAND, OCM_COMMAND, P::Number, P::Window, 2},
 };
 
+// MirlEdit: typing, keys with the clipboard's letters, copy and cut, and new texts. WM_PASTE is
+// left out: under Wine every GetClipboardData grows the heap by about 1 KiB (measured with the
+// system alone), which the growth check would count against the edit.
+const StormMessage kEditMessages[] = {
+    {WM_CHAR, WM_CHAR, P::Key, P::KeyData, 12},
+    {WM_KEYDOWN, WM_KEYDOWN, P::Key, P::KeyData, 10},
+    {WM_CUT, WM_COPY, P::Zero, P::Zero, 4},
+    {WM_SETTEXT, WM_SETTEXT, P::Zero, P::Text, 4},
+    {WM_LBUTTONDBLCLK, WM_LBUTTONDBLCLK, P::Number, P::Point, 3},
+    {WM_IME_COMPOSITION, WM_IME_COMPOSITION, P::Number, P::Number, 2},
+};
+
 // Numbers at the edges of every width a parameter is read at.
 uint64_t NumberFrom(uint64_t r)
 {
@@ -313,12 +325,20 @@ const StormClass kStormClasses[] = {
     {L"CUSTOMCONTROL", L"StormCustom", true, nullptr, 0, nullptr, 0},
     {L"BUTTON", L"StormButton", false, MIRL_STORM_TABLE(kButtonMessages), MIRL_STORM_TABLE(kButtonDenied)},
     {L"STATIC", L"StormStatic", false, MIRL_STORM_TABLE(kStaticMessages), nullptr, 0},
+    {L"EDIT", L"StormEdit", false, MIRL_STORM_TABLE(kEditMessages), nullptr, 0},
+    {L"EDIT", L"StormEditLines", false, MIRL_STORM_TABLE(kEditMessages), nullptr, 0},
 };
 #undef MIRL_STORM_TABLE
 const size_t kStormClassCount = sizeof(kStormClasses) / sizeof(kStormClasses[0]);
 
 const StormClass *FindStormClass(const std::string &className)
 {
+    // A row is named by its template first: one class may have several rows.
+    for (size_t i = 0; i < kStormClassCount; ++i) {
+        if (_wcsicmp(Widen(className).c_str(), kStormClasses[i].templateName) == 0) {
+            return &kStormClasses[i];
+        }
+    }
     for (size_t i = 0; i < kStormClassCount; ++i) {
         if (_wcsicmp(Widen(className).c_str(), kStormClasses[i].className) == 0) {
             return &kStormClasses[i];

@@ -103,21 +103,25 @@ TEST_F(EditMeasureTest, ARebuildOfSeenCharactersMeasuresNothing)
     }
     std::vector<Gdiplus::RectF> rects;
     measurer.MeasureCharacters(text, rects);
-    // "ab" .. "ij" and "ja" with something after them, "ij" at the end, and "j" last.
-    EXPECT_EQ(12u, measurer.GetMeasureCalls());
+    // Ten letters that join no neighbour: ten measurements.
+    EXPECT_EQ(10u, measurer.GetMeasureCalls());
     measurer.MeasureCharacters(text, rects);
-    EXPECT_EQ(12u, measurer.GetMeasureCalls());
-    // A typed character in the middle adds its own pairs only.
+    EXPECT_EQ(10u, measurer.GetMeasureCalls());
+    // A typed character in the middle adds itself only.
     text.insert(500, 1, L'q');
     measurer.MeasureCharacters(text, rects);
-    EXPECT_EQ(14u, measurer.GetMeasureCalls());
+    EXPECT_EQ(11u, measurer.GetMeasureCalls());
+    // A combining accent is measured with the letter before it, and that letter with it.
+    text.insert(10, 1, L'\x0301');
+    measurer.MeasureCharacters(text, rects);
+    EXPECT_EQ(13u, measurer.GetMeasureCalls());
     // Another measurer of the same font shares the table.
     MirlEditTextMeasurer other(nullptr, &tahoma);
     other.MeasureCharacters(text, rects);
     EXPECT_EQ(0u, other.GetMeasureCalls());
     // The direct form costs one call per character.
     other.MeasureEachCharacter(text, rects);
-    EXPECT_EQ(1001u, other.GetMeasureCalls());
+    EXPECT_EQ(1002u, other.GetMeasureCalls());
 }
 
 TEST_F(EditMeasureTest, WithoutAFontEveryRectangleIsEmpty)
