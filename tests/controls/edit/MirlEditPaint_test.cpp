@@ -4,6 +4,7 @@
 #include "MirlPixelTest.h"
 #include "MirlTestSupport.h"
 #include "MirlEditTestSupport.h"
+#include "MirlLeakCounters.h"
 
 #include <gtest/gtest.h>
 
@@ -195,4 +196,45 @@ TEST_F(EditPaintTest, ASkinWithoutTheEditColoursPaintsAllInGrey)
     }
     MirlUnIntialize();
     MirlIntialize(mirltest::SkinPath(L"edits").c_str(), 1033);
+}
+
+namespace {
+
+// A frame of edits made, typed into, selected, painted and destroyed.
+void CreateTypePaintDestroy()
+{
+    MirlWindow frame;
+    ASSERT_NE(nullptr, frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Edits"));
+    for (unsigned long id = 201; id <= 205; ++id) {
+        MirlEdit *edit = mirltest::EditOf(frame, id);
+        ASSERT_NE(nullptr, edit);
+        for (const wchar_t *c = L"Kind of Blue 1959"; *c != L'\0'; ++c) {
+            ::SendMessageW(edit->m_hWnd, WM_CHAR, *c, 1);
+        }
+        ::SendMessageW(edit->m_hWnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(6, 8));
+        ::SendMessageW(edit->m_hWnd, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(60, 8));
+        ::SendMessageW(edit->m_hWnd, WM_LBUTTONUP, 0, MAKELPARAM(60, 8));
+        mirltest::RenderWindow(edit->m_hWnd);
+    }
+    frame.DestroyWindow();
+}
+
+} // namespace
+
+TEST(EditLeaks, CreateTypePaintDestroyCyclesLeaveNoGrowth)
+{
+    mirltest::GdiplusSession gdiplus;
+    // Warm-up: classes registered, the measuring table and the system's caches filled.
+    CreateTypePaintDestroy();
+    const size_t heapBefore = mirltest::BusyHeapBytes();
+    const int gdiBefore = mirltest::LiveGdiObjects();
+    for (int i = 0; i < 10; ++i) {
+        CreateTypePaintDestroy();
+    }
+    const size_t heapAfter = mirltest::BusyHeapBytes();
+    const int gdiAfter = mirltest::LiveGdiObjects();
+    EXPECT_EQ(gdiBefore, gdiAfter);
+    // Fifty edits went by: the smallest leak per edit would be 8 KB.
+    EXPECT_LT(static_cast<long long>(heapAfter) - static_cast<long long>(heapBefore), 2048)
+        << "before " << heapBefore << " after " << heapAfter;
 }
