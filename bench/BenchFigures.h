@@ -7,6 +7,8 @@
 //   MeasurePaint         a full repaint of 300 transparent buttons / BitBlt of the same area
 //   MeasureMemory        working set and heap per window, each measured in a fresh process
 //   RunMemoryProbe       the fresh process of MeasureMemory
+//   MeasureTyping        a typed character in an edit of 1,000 characters / the system's EDIT,
+//                        and / the same edit at 10 characters
 #pragma once
 
 #include "BenchSupport.h"
@@ -24,5 +26,7 @@ std::vector<Figure> MeasureMemory(int repetitions);
 // "ours" or "baseline": prints the growth of the working set and of the busy heap bytes that
 // creating the 1,000-window tree caused. Answers the process's exit code.
 int RunMemoryProbe(const wchar_t *kind);
+// Typing against the system's EDIT, then at 1,000 characters against at 10.
+std::vector<Figure> MeasureTyping(int repetitions);
 
 } // namespace mirlbench

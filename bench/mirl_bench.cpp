@@ -1,6 +1,6 @@
 // The benchmark: each figure of the library beside a baseline that does the same work with the
 // platform alone, measured in one process, interleaved, and printed as one table of medians.
-//   mirl_bench [--repetitions N] [--only load,lookup,tree,paint,memory] [--png PAINT.png]
+//   mirl_bench [--repetitions N] [--only load,lookup,tree,paint,typing,memory] [--png PAINT.png]
 // The skins are those the build wrote into the "skins" folder beside the program.
 #include "BenchFigures.h"
 
@@ -19,7 +19,7 @@ const int kMinimumRepetitions = 7;
 int Usage()
 {
     std::fprintf(stderr,
-                 "usage: mirl_bench [--repetitions N (at least %d)] [--only load,lookup,tree,paint,memory] "
+                 "usage: mirl_bench [--repetitions N (at least %d)] [--only load,lookup,tree,paint,typing,memory] "
                  "[--png PAINT.png]\n",
                  kMinimumRepetitions);
     return 2;
@@ -78,7 +78,7 @@ std::vector<Figure> RunFigures(int repetitions, const std::wstring &only, const 
         Progress("lookup");
         figures.push_back(mirlbench::MeasureLookup(repetitions));
     }
-    if (Wanted(only, L"tree") || Wanted(only, L"paint")) {
+    if (Wanted(only, L"tree") || Wanted(only, L"paint") || Wanted(only, L"typing")) {
         MirlIntialize(mirlbench::BenchSkinPath(L"bench_windows").c_str(), 1033);
         try {
             if (Wanted(only, L"tree")) {
@@ -89,6 +89,11 @@ std::vector<Figure> RunFigures(int repetitions, const std::wstring &only, const 
             if (Wanted(only, L"paint")) {
                 Progress("paint");
                 figures.push_back(mirlbench::MeasurePaint(repetitions, png));
+            }
+            if (Wanted(only, L"typing")) {
+                Progress("typing");
+                const std::vector<Figure> typing = mirlbench::MeasureTyping(repetitions);
+                figures.insert(figures.end(), typing.begin(), typing.end());
             }
         } catch (...) {
             MirlUnIntialize();

@@ -4,6 +4,7 @@
 #include "MirlRange.h"
 #include "MirlButton.h"
 #include "MirlCommonEdit.h"
+#include "MirlEdit.h"
 #include "MirlWindow.h"
 
 #include <cwchar>
@@ -34,7 +35,7 @@ struct WindowClassRow {
 const WindowClassRow kWindowClasses[] = {
     {L"WINDOW", &MakeWindow<MirlWindow>},
     {L"BUTTON", &MakeWindow<MirlButton>},
-    {L"EDIT", NULL},          // MirlEdit
+    {L"EDIT", &MakeWindow<MirlEdit>},
     {L"STATIC", &MakeWindow<MirlStatic>},
     {L"LISTBOX", NULL},       // no list box exists
     {L"SCROLLBAR", NULL},     // MirlScrollBar

@@ -17,3 +17,4 @@
 #include "MirlDlgButton.h"
 #include "MirlDlgStatic.h"
 #include "MirlCommonEdit.h"
+#include "MirlEdit.h"

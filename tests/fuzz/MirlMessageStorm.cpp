@@ -217,6 +217,18 @@ const StormMessage kDlgStaticMessages[] = {
     {WM_SETTEXT, WM_SETTEXT, P::Zero, P::Text, 6},
 };
 
+// MirlEdit: typing, keys with the clipboard's letters, copy and cut, and new texts. WM_PASTE is
+// left out: under Wine every GetClipboardData grows the heap by about 1 KiB (measured with the
+// system alone), which the growth check would count against the edit.
+const StormMessage kEditMessages[] = {
+    {WM_CHAR, WM_CHAR, P::Key, P::KeyData, 12},
+    {WM_KEYDOWN, WM_KEYDOWN, P::Key, P::KeyData, 10},
+    {WM_CUT, WM_COPY, P::Zero, P::Zero, 4},
+    {WM_SETTEXT, WM_SETTEXT, P::Zero, P::Text, 4},
+    {WM_LBUTTONDBLCLK, WM_LBUTTONDBLCLK, P::Number, P::Point, 3},
+    {WM_IME_COMPOSITION, WM_IME_COMPOSITION, P::Number, P::Number, 2},
+};
+
 // Numbers at the edges of every width a parameter is read at.
 uint64_t NumberFrom(uint64_t r)
 {
@@ -417,14 +429,23 @@ const StormClass kStormClasses[] = {
     {L"SPLITTER", L"StormSplitter", false, MIRL_STORM_TABLE(kMouseDragMessages), nullptr, 0},
     {L"COMMONEDIT", L"StormCommonEdit", false, MIRL_STORM_TABLE(kCommonEditMessages), MIRL_STORM_TABLE(kCommonEditDenied)},
     {L"SPIN", L"StormSpin", false, MIRL_STORM_TABLE(kSpinMessages), MIRL_STORM_TABLE(kSpinDenied)},
-    {L"DLGBUTTON", L"", false, MIRL_STORM_TABLE(kDlgButtonMessages), MIRL_STORM_TABLE(kDlgButtonDenied)},
-    {L"DLGSTATIC", L"", false, MIRL_STORM_TABLE(kDlgStaticMessages), nullptr, 0},
+    // The dialog rows skin a dialog's own controls (MirlDialogStorm): their names only name the row.
+    {L"DLGBUTTON", L"StormDlgButton", false, MIRL_STORM_TABLE(kDlgButtonMessages), MIRL_STORM_TABLE(kDlgButtonDenied)},
+    {L"DLGSTATIC", L"StormDlgStatic", false, MIRL_STORM_TABLE(kDlgStaticMessages), nullptr, 0},
+    {L"EDIT", L"StormEdit", false, MIRL_STORM_TABLE(kEditMessages), nullptr, 0},
+    {L"EDIT", L"StormEditLines", false, MIRL_STORM_TABLE(kEditMessages), nullptr, 0},
 };
 #undef MIRL_STORM_TABLE
 const size_t kStormClassCount = sizeof(kStormClasses) / sizeof(kStormClasses[0]);
 
 const StormClass *FindStormClass(const std::string &className)
 {
+    // A row is named by its template first: one class may have several rows.
+    for (size_t i = 0; i < kStormClassCount; ++i) {
+        if (_wcsicmp(Widen(className).c_str(), kStormClasses[i].templateName) == 0) {
+            return &kStormClasses[i];
+        }
+    }
     for (size_t i = 0; i < kStormClassCount; ++i) {
         if (_wcsicmp(Widen(className).c_str(), kStormClasses[i].className) == 0) {
             return &kStormClasses[i];

@@ -383,7 +383,7 @@ void FinishStorm(const Options &options, const StormClass &row, uint64_t seed, c
     const std::wstring stem = options.out + L"\\" + Widen(base);
     std::string report = "failure: " + DescribeEnding(run) + "\nnote: " + run.note + "\nclass: " + className +
                          "\nseed: " + std::to_string(seed) + "\nmessage: " + std::to_string(run.current) +
-                         "\nreplay: mirl_fuzz_worker.exe storm " + className + " " + std::to_string(seed) + " " +
+                         "\nreplay: mirl_fuzz_worker.exe storm " + Narrow(row.templateName) + " " + std::to_string(seed) + " " +
                          std::to_string(options.messages) + "\nmessages before the failure (last 40):\n";
     StormGenerator generator(row, seed);
     for (LONG i = 0; i <= run.current && i < options.messages; ++i) {
@@ -470,7 +470,7 @@ private:
         }
         wchar_t arguments[160];
         if (job->storm) {
-            swprintf(arguments, 160, L"storm %ls %llu %ld", job->row->className,
+            swprintf(arguments, 160, L"storm %ls %llu %ld", job->row->templateName,
                      static_cast<unsigned long long>(job->stormSeed), m_Options.messages);
         } else {
             swprintf(arguments, 160, L"skins %llu %ld %ld", static_cast<unsigned long long>(m_Options.seed), job->first,

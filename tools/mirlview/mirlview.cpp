@@ -24,8 +24,8 @@
 
 namespace {
 
-// The states a control may draw differently, in the gallery's order. No control of the
-// library draws "selected" yet; a tab or a list row will.
+// The states a control may draw differently, in the gallery's order. An edit draws "selected"
+// with its whole text selected; a tab or a list row will too.
 const wchar_t *const kStates[] = {L"normal", L"hover", L"pressed", L"disabled", L"checked", L"selected"};
 
 bool IsState(const std::wstring &state)
@@ -38,17 +38,25 @@ bool IsState(const std::wstring &state)
     return false;
 }
 
-// Puts every button of the tree into the state asked for, the way a user would: disabled
+// Puts every button and edit of the tree into the state asked for, the way a user would: disabled
 // windows, a held press, a check button checked, or the pointer over each button in turn (a hovering button
 // keeps its hover when another one takes the capture).
 void ApplyButtonState(MirlWindowBase *window, const std::wstring &state)
 {
-    if (state == L"normal" || state == L"selected") {
-        return;
-    }
     for (unsigned int i = 0; i < window->GetChildCount(); ++i) {
         MirlWindowBase *child = window->GetChildByIndex(i);
-        if (MirlButton *button = dynamic_cast<MirlButton *>(child)) {
+        if (MirlEdit *edit = dynamic_cast<MirlEdit *>(child)) {
+            // An edit shows its whole text selected for "selected", and none of it otherwise
+            // (a template's text starts selected, as WM_SETTEXT leaves it).
+            const int length = static_cast<int>(edit->GetEditText().size());
+            edit->SetSelAnchor(0);
+            edit->SetCursorPosition(length);
+            edit->SetHasSelection(state == L"selected");
+            if (state == L"disabled") {
+                ::EnableWindow(edit->m_hWnd, FALSE);
+            }
+        } else if (MirlButton *button = dynamic_cast<MirlButton *>(child);
+                   button != NULL && state != L"normal" && state != L"selected") {
             if (state == L"disabled") {
                 ::EnableWindow(button->m_hWnd, FALSE);
             } else if (state == L"pressed") {
