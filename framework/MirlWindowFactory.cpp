@@ -1,6 +1,7 @@
 // The factory: one live window object of the class that a template's "Class" names.
 #include "MirlStatic.h"
 #include "MirlButton.h"
+#include "MirlRange.h"
 #include "MirlWindow.h"
 
 #include <cwchar>
@@ -34,7 +35,7 @@ const WindowClassRow kWindowClasses[] = {
     {L"EDIT", NULL},          // MirlEdit
     {L"STATIC", &MakeWindow<MirlStatic>},
     {L"LISTBOX", NULL},       // no list box exists
-    {L"SCROLLBAR", NULL},     // MirlScrollBar
+    {L"SCROLLBAR", &MakeWindow<MirlScrollBar>},
     {L"TOOLBAR", NULL},       // MirlToolbar
     {L"SPLITTER", NULL},      // MirlSplitter
     {L"COMBOBOX", NULL},      // MirlComboBox
@@ -42,9 +43,9 @@ const WindowClassRow kWindowClasses[] = {
     {L"PROGRESS", NULL},      // MirlProgressBar
     {L"OUTLOOK", NULL},       // MIRLOutlookCtrl
     {L"LISTVIEW", NULL},      // MirlListView
-    {L"SLIDER", NULL},        // MirlSlider
+    {L"SLIDER", &MakeWindow<MirlSlider>},
     {L"TRACKBAR", NULL},      // MirlTrackBar
-    {L"SEEK", NULL},          // MirlMediaSeekBar
+    {L"SEEK", &MakeWindow<MirlMediaSeekBar>},
     {L"COMMONEDIT", NULL},    // MirlCommonEdit
     {L"SPIN", NULL},          // MirlSpinCtrl
     {L"GROUPBOX", NULL},      // MirlGroupBox

@@ -12,3 +12,4 @@
 #include "MirlButton.h"
 #include "MirlCaptionLayout.h"
 #include "MirlStatic.h"
+#include "MirlRange.h"
