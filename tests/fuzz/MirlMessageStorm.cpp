@@ -119,6 +119,19 @@ const StormMessage kStaticMessages[] = {
     {OCM_COMMAND, OCM_COMMAND, P::Number, P::Window, 2},
 };
 
+// MirlScrollBar: the system scroll bar's messages, which it passes to the default procedure, and
+// the repeat timer's id among the others.
+const StormMessage kScrollBarMessages[] = {
+    {SBM_SETPOS, SBM_GETSCROLLBARINFO, P::Number, P::Number, 4},
+    {WM_TIMER, WM_TIMER, P::Zero, P::Zero, 4},
+    {WM_LBUTTONDBLCLK, WM_LBUTTONDBLCLK, P::Number, P::Point, 4},
+};
+
+const DeniedMessage kScrollBarDenied[] = {
+    // Records that the default procedure may fill or read.
+    {SBM_GETRANGE, P::Zero}, {SBM_GETSCROLLINFO, P::Zero}, {SBM_GETSCROLLBARINFO, P::Zero},
+};
+
 // Numbers at the edges of every width a parameter is read at.
 uint64_t NumberFrom(uint64_t r)
 {
@@ -313,6 +326,9 @@ const StormClass kStormClasses[] = {
     {L"CUSTOMCONTROL", L"StormCustom", true, nullptr, 0, nullptr, 0},
     {L"BUTTON", L"StormButton", false, MIRL_STORM_TABLE(kButtonMessages), MIRL_STORM_TABLE(kButtonDenied)},
     {L"STATIC", L"StormStatic", false, MIRL_STORM_TABLE(kStaticMessages), nullptr, 0},
+    {L"SCROLLBAR", L"StormScrollBar", false, MIRL_STORM_TABLE(kScrollBarMessages), MIRL_STORM_TABLE(kScrollBarDenied)},
+    {L"SLIDER", L"StormSlider", false, nullptr, 0, nullptr, 0},
+    {L"SEEK", L"StormSeek", false, nullptr, 0, nullptr, 0},
 };
 #undef MIRL_STORM_TABLE
 const size_t kStormClassCount = sizeof(kStormClasses) / sizeof(kStormClasses[0]);
