@@ -422,6 +422,34 @@ TEST_F(ScrollBarMessages, OwnerThatDestroysTheBarFromItsHandlerEndsThePress)
     EXPECT_TRUE(Scrolls().empty());
 }
 
+TEST_F(ScrollBarMessages, DestroyedNotifyWindowStopsTheRepeat)
+{
+    // The bar learns its notify window at the first SetScrollInfo: here a window that is then
+    // destroyed while the bar, moved to another parent, repeats.
+    mirltest::MessageSequence first;
+    std::unique_ptr<mirltest::RecordingParent> notify(new mirltest::RecordingParent(first));
+    MirlScrollBar bar;
+    ASSERT_NE(nullptr, bar.Create(nullptr, notify->hwnd(), static_cast<LPRECT>(nullptr), L"Bar"));
+    SCROLLINFO info = Info(0, 99, 10, 0);
+    bar.SetScrollInfo(&info);
+    ASSERT_EQ(notify->hwnd(), bar.GetNotifyWindow());
+    ::SetParent(bar.m_hWnd, m_Owner.hwnd());
+    mirltest::PointerAt(bar.m_hWnd, 5, 195);
+    ::SendMessageW(bar.m_hWnd, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 195));
+    EXPECT_EQ(1u, first.Count(WM_VSCROLL));
+    EXPECT_TRUE(bar.IsRepeating());
+    notify.reset();
+    mirltest::FlushMessages(250);
+    EXPECT_FALSE(bar.IsRepeating());
+    // The press itself stays open until its release, as any press does.
+    EXPECT_EQ(MirlScrollBar::ClickDown, bar.GetClickPart());
+    ::SendMessageW(bar.m_hWnd, WM_LBUTTONUP, 0, At(5, 195));
+    EXPECT_EQ(MirlScrollBar::ClickNone, bar.GetClickPart());
+    EXPECT_NE(bar.m_hWnd, ::GetCapture());
+    EXPECT_TRUE(Scrolls().empty());
+    bar.DestroyWindow();
+}
+
 TEST(ScrollBarWithoutWindow, SetScrollInfoStoresNothing)
 {
     MirlScrollBar bar;
