@@ -38,7 +38,7 @@ const WindowClassRow kWindowClasses[] = {
     {L"EDIT", &MakeWindow<MirlEdit>},
     {L"STATIC", &MakeWindow<MirlStatic>},
     {L"LISTBOX", NULL},       // no list box exists
-    {L"SCROLLBAR", NULL},     // MirlScrollBar
+    {L"SCROLLBAR", &MakeWindow<MirlScrollBar>},
     {L"TOOLBAR", NULL},       // MirlToolbar
     {L"SPLITTER", &MakeWindow<MirlSplitter>},
     {L"COMBOBOX", NULL},      // MirlComboBox
@@ -46,9 +46,9 @@ const WindowClassRow kWindowClasses[] = {
     {L"PROGRESS", &MakeWindow<MirlProgressBar>},
     {L"OUTLOOK", NULL},       // MIRLOutlookCtrl
     {L"LISTVIEW", NULL},      // MirlListView
-    {L"SLIDER", NULL},        // MirlSlider
+    {L"SLIDER", &MakeWindow<MirlSlider>},
     {L"TRACKBAR", &MakeWindow<MirlTrackBar>},
-    {L"SEEK", NULL},          // MirlMediaSeekBar
+    {L"SEEK", &MakeWindow<MirlMediaSeekBar>},
     {L"COMMONEDIT", &MakeWindow<MirlCommonEdit>},
     {L"SPIN", &MakeWindow<MirlSpinCtrl>},
     {L"GROUPBOX", NULL},      // MirlGroupBox

@@ -229,6 +229,19 @@ const StormMessage kEditMessages[] = {
     {WM_IME_COMPOSITION, WM_IME_COMPOSITION, P::Number, P::Number, 2},
 };
 
+// MirlScrollBar: the system scroll bar's messages, which it passes to the default procedure, and
+// the repeat timer's id among the others.
+const StormMessage kScrollBarMessages[] = {
+    {SBM_SETPOS, SBM_GETSCROLLBARINFO, P::Number, P::Number, 4},
+    {WM_TIMER, WM_TIMER, P::Zero, P::Zero, 4},
+    {WM_LBUTTONDBLCLK, WM_LBUTTONDBLCLK, P::Number, P::Point, 4},
+};
+
+const DeniedMessage kScrollBarDenied[] = {
+    // Records that the default procedure may fill or read.
+    {SBM_GETRANGE, P::Zero}, {SBM_GETSCROLLINFO, P::Zero}, {SBM_GETSCROLLBARINFO, P::Zero},
+};
+
 // Numbers at the edges of every width a parameter is read at.
 uint64_t NumberFrom(uint64_t r)
 {
@@ -434,6 +447,9 @@ const StormClass kStormClasses[] = {
     {L"DLGSTATIC", L"StormDlgStatic", false, MIRL_STORM_TABLE(kDlgStaticMessages), nullptr, 0},
     {L"EDIT", L"StormEdit", false, MIRL_STORM_TABLE(kEditMessages), nullptr, 0},
     {L"EDIT", L"StormEditLines", false, MIRL_STORM_TABLE(kEditMessages), nullptr, 0},
+    {L"SCROLLBAR", L"StormScrollBar", false, MIRL_STORM_TABLE(kScrollBarMessages), MIRL_STORM_TABLE(kScrollBarDenied)},
+    {L"SLIDER", L"StormSlider", false, nullptr, 0, nullptr, 0},
+    {L"SEEK", L"StormSeek", false, nullptr, 0, nullptr, 0},
 };
 #undef MIRL_STORM_TABLE
 const size_t kStormClassCount = sizeof(kStormClasses) / sizeof(kStormClasses[0]);

@@ -327,8 +327,9 @@ void Checker::CheckFixedImages(const Template &window, const std::wstring &windo
         return;
     }
     std::wstring who = upper == L"BUTTON" ? std::wstring(L"a BUTTON with BS_BACKIMGE") : L"every " + upper;
+    // Every lacking name is listed: an author fixes them from this one line.
     Error(window.where, who + L" draws the image elements " + JoinNames(names, 8) + L" by their fixed names, and the skin lacks " +
-                            JoinNames(missing, 8) + L" (reported once, at the first such template)",
+                            JoinNames(missing, missing.size()) + L" (reported once, at the first such template)",
           L"control-image-missing");
 }
 

@@ -73,6 +73,49 @@ void ApplyButtonState(MirlWindowBase *window, const std::wstring &state)
     ::ReleaseCapture();
 }
 
+// The range controls in the state asked for: a scroll bar's thumb hot or pressed, a slider's
+// thumb glowing or held, a disabled bar without its thumb. A slider's state lasts only while it
+// holds the capture, so this comes after the buttons have let go of theirs, and of several
+// sliders the last one shows it.
+void ApplyRangeState(MirlWindowBase *window, const std::wstring &state)
+{
+    if (state != L"hover" && state != L"pressed" && state != L"disabled") {
+        return;
+    }
+    for (unsigned int i = 0; i < window->GetChildCount(); ++i) {
+        MirlWindowBase *child = window->GetChildByIndex(i);
+        if (MirlScrollBar *bar = dynamic_cast<MirlScrollBar *>(child)) {
+            const RECT thumb = bar->GetThumbRect();
+            const LPARAM centre = MAKELPARAM((thumb.left + thumb.right) / 2, (thumb.top + thumb.bottom) / 2);
+            if (state == L"disabled") {
+                ::EnableWindow(bar->m_hWnd, FALSE);
+            } else if (state == L"hover") {
+                ::SendMessageW(bar->m_hWnd, WM_MOUSEMOVE, 0, centre);
+            } else {
+                // A press on the thumb sends nothing and starts no timer.
+                ::SendMessageW(bar->m_hWnd, WM_LBUTTONDOWN, MK_LBUTTON, centre);
+            }
+        } else if (MirlSlider *slider = dynamic_cast<MirlSlider *>(child)) {
+            const RECT thumb = slider->GetThumbRect();
+            const LPARAM centre = MAKELPARAM((thumb.left + thumb.right) / 2, (thumb.top + thumb.bottom) / 2);
+            if (state == L"disabled") {
+                ::EnableWindow(slider->m_hWnd, FALSE);
+            } else {
+                ::SetActiveWindow(::GetAncestor(slider->m_hWnd, GA_ROOT));
+                // One move: it takes the capture and finds the thumb under the pointer. A second
+                // would ask which window lies there, and a window rendered off the screen has none.
+                ::SendMessageW(slider->m_hWnd, WM_MOUSEMOVE, 0, centre);
+                if (state == L"pressed") {
+                    ::SendMessageW(slider->m_hWnd, WM_LBUTTONDOWN, MK_LBUTTON, centre);
+                }
+            }
+        } else if (dynamic_cast<MirlMediaSeekBar *>(child) != nullptr && state == L"disabled") {
+            ::EnableWindow(child->m_hWnd, FALSE);
+        }
+        ApplyRangeState(child, state);
+    }
+}
+
 
 enum ExitCode { ExitOk = 0, ExitFailed = 1, ExitUsage = 2, ExitSkin = 3, ExitNoTemplate = 4 };
 
@@ -380,6 +423,8 @@ public:
         }
         LayOut(m_Frame->m_hWnd);
         ApplyButtonState(m_Frame.get(), state);
+        ApplyRangeState(m_Frame.get(), state);
+        m_State = state;
         return true;
     }
 
@@ -412,6 +457,9 @@ public:
 
     bool SavePng(const std::wstring &path) const
     {
+        // What was queued since Create has handed a slider the real pointer's moves, which end
+        // its hover: its state is put back just before the picture.
+        ApplyRangeState(m_Frame.get(), m_State);
         RECT client = {};
         ::GetClientRect(frame(), &client);
         mirlview::Picture picture(client.right, client.bottom);
@@ -445,6 +493,7 @@ public:
 private:
     std::unique_ptr<ViewFrame> m_Frame;
     HWND m_Host = nullptr;
+    std::wstring m_State;
 };
 
 int ShowTemplate(const Options &options)

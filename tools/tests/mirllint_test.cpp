@@ -138,7 +138,7 @@ const wchar_t *const kLintReferences[] = {
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Stop: Text="TxtOnlyHere" names no text element in language 1031, 1033 (it is defined only in 2052, and 1033 has none to fall back on) [missing-element])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Stop: Url="TxtRun" opens 'calc.exe' (language 1031, 1033, 2052): only http, https and mailto targets are safe, anything else is started by the shell [url-scheme])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Stop: a BUTTON with BS_BACKIMGE draws the image elements CmBtn0, CmBtn1, CmBtn2, CmBtn3 by their fixed names, and the skin lacks CmBtn0, CmBtn1, CmBtn2, CmBtn3 (reported once, at the first such template) [control-image-missing])L",
-    LR"L(Skin.xml: error: /Skin/Windows/Frame/Scroll: every SCROLLBAR draws the image elements NormalTop, HoverTop, ClickTop, NormalBottom, HoverBottom, ClickBottom, YRepeateNormal, YRepeateHover and 11 more by their fixed names, and the skin lacks HoverTop, ClickTop, NormalBottom, HoverBottom, ClickBottom, YRepeateNormal, YRepeateHover, YRepeateClick and 10 more (reported once, at the first such template) [control-image-missing])L",
+    LR"L(Skin.xml: error: /Skin/Windows/Frame/Scroll: every SCROLLBAR draws the image elements NormalTop, HoverTop, ClickTop, NormalBottom, HoverBottom, ClickBottom, YRepeateNormal, YRepeateHover and 11 more by their fixed names, and the skin lacks HoverTop, ClickTop, NormalBottom, HoverBottom, ClickBottom, YRepeateNormal, YRepeateHover, YRepeateClick, TopNormal, TopHover, TopPressed, GripNormal, GripHover, GripClick, BottomNormal, BottomHover, BottomClick, YRepeat (reported once, at the first such template) [control-image-missing])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Slide: Pic is absent, and its default 'SliderTrack' names no image element [missing-element])L",
     LR"L(Skin.xml: error: /Skin/Windows/Frame/Slide: PicBkBorder is absent, and its default 'SliderBkBorder' names no image element [missing-element])L",
     LR"L(Skin.xml: warning: /Skin/Text/Language[@Id='1031']/TxtPlay: language 1031 has 1 of the 4 texts of 1033; these show in English: TxtStop, TxtHome, TxtRun [text-coverage])L",
@@ -200,6 +200,16 @@ TEST(MirlLint, ReferencesImagesLinksAndTextCoverage)
                                           L"  language  present  missing", L"  1031      1        3",
                                           L"  2052      2        2"};
     EXPECT_EQ(expected, table);
+}
+
+// Every fixed image a range control draws and the skin lacks is named, once per class.
+TEST(MirlLint, RangeControlsNameEachFixedImageTheSkinLacks)
+{
+    static const wchar_t *const kLintRange[] = {
+        LR"L(Skin.xml: error: /Skin/Windows/Frame/Bar: every SCROLLBAR draws the image elements NormalTop, HoverTop, ClickTop, NormalBottom, HoverBottom, ClickBottom, YRepeateNormal, YRepeateHover and 11 more by their fixed names, and the skin lacks GripClick (reported once, at the first such template) [control-image-missing])L",
+        LR"L(Skin.xml: error: /Skin/Windows/Frame/Seek: every SEEK draws the image elements ProgressBk, ProgressFill, ProgressTrack, ProgressTrackGlow, ProgressTrackDown by their fixed names, and the skin lacks ProgressTrackGlow, ProgressTrackDown (reported once, at the first such template) [control-image-missing])L",
+    };
+    ExpectReport(L"lint_range", kLintRange, 1);
 }
 
 TEST(MirlLint, LangLimitsTheLanguagesChecked)

@@ -188,6 +188,42 @@ TEST(MirlView, StatesArePaintedOnTheButtons)
     EXPECT_LT(light(disc[L"disabled"]), light(disc[L"normal"]));
 }
 
+// The range fixture's scroll bar, slider and seek bar in one window, in each state: the scroll
+// bar's thumb takes its three forms and vanishes when disabled; the slider's thumb glows under
+// the pointer and darkens when held; a slider disabled after creation keeps its look.
+TEST(MirlView, StatesArePaintedOnTheRangeControls)
+{
+    struct Row {
+        const wchar_t *state;
+        COLORREF bar;
+        COLORREF slider;
+    };
+    // (15, 50) is inside the bar's thumb (10-60 of the bar at 10, 10); (98, 13) inside the
+    // slider's thumb (52-64 of the slider at 40, 10).
+    const Row rows[] = {{L"normal", RGB(120, 230, 120), RGB(30, 80, 220)},
+                        {L"hover", RGB(200, 140, 80), RGB(120, 180, 255)},
+                        {L"pressed", RGB(0, 80, 160), RGB(10, 30, 120)},
+                        {L"disabled", RGB(220, 220, 220), RGB(30, 80, 220)}};
+    for (const Row &row : rows) {
+        std::wstring png = TempPng(row.state);
+        RunResult result = RunTool(L"mirlview.exe", Quote(Skin(L"range")) + L" RangeFrame --state " + row.state +
+                                                        L" --png " + Quote(png));
+        ASSERT_TRUE(result.finished) << row.state;
+        ASSERT_EQ(0u, result.exitCode) << row.state;
+        {
+            Gdiplus::Bitmap bitmap(png.c_str());
+            ASSERT_EQ(Gdiplus::Ok, bitmap.GetLastStatus());
+            Gdiplus::Color bar;
+            Gdiplus::Color slider;
+            bitmap.GetPixel(15, 50, &bar);
+            bitmap.GetPixel(98, 13, &slider);
+            EXPECT_EQ(row.bar, RGB(bar.GetR(), bar.GetG(), bar.GetB())) << row.state;
+            EXPECT_EQ(row.slider, RGB(slider.GetR(), slider.GetG(), slider.GetB())) << row.state;
+        }
+        DeleteFileW(png.c_str());
+    }
+}
+
 // The sample player's main window, as the library paints it, matches its golden picture.
 TEST(MirlView, SampleMainWindowMatchesItsGolden)
 {
