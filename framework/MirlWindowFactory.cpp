@@ -1,6 +1,8 @@
 // The factory: one live window object of the class that a template's "Class" names.
 #include "MirlStatic.h"
 #include "MirlButton.h"
+#include "MirlContainer.h"
+#include "MirlGroupBox.h"
 #include "MirlWindow.h"
 
 #include <cwchar>
@@ -35,19 +37,19 @@ const WindowClassRow kWindowClasses[] = {
     {L"STATIC", &MakeWindow<MirlStatic>},
     {L"LISTBOX", NULL},       // no list box exists
     {L"SCROLLBAR", NULL},     // MirlScrollBar
-    {L"TOOLBAR", NULL},       // MirlToolbar
+    {L"TOOLBAR", &MakeWindow<MirlToolbar>},
     {L"SPLITTER", NULL},      // MirlSplitter
     {L"COMBOBOX", NULL},      // MirlComboBox
     {L"INCHINGSWITCH", NULL}, // MirlInchingSwitch
     {L"PROGRESS", NULL},      // MirlProgressBar
-    {L"OUTLOOK", NULL},       // MIRLOutlookCtrl
+    {L"OUTLOOK", &MakeWindow<MIRLOutlookCtrl>},
     {L"LISTVIEW", NULL},      // MirlListView
     {L"SLIDER", NULL},        // MirlSlider
     {L"TRACKBAR", NULL},      // MirlTrackBar
     {L"SEEK", NULL},          // MirlMediaSeekBar
     {L"COMMONEDIT", NULL},    // MirlCommonEdit
     {L"SPIN", NULL},          // MirlSpinCtrl
-    {L"GROUPBOX", NULL},      // MirlGroupBox
+    {L"GROUPBOX", &MakeWindow<MirlGroupBox>},
     {L"CUSTOMCONTROL", &MakeWindow<MirlWindow>},
 };
 

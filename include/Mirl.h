@@ -12,3 +12,5 @@
 #include "MirlButton.h"
 #include "MirlCaptionLayout.h"
 #include "MirlStatic.h"
+#include "MirlContainer.h"
+#include "MirlGroupBox.h"
