@@ -118,7 +118,7 @@ void MirlOutlookBar::ReleaseTab()
 void MirlOutlookBar::OnTabSize()
 {
     m_bTextMeasured = false;
-    // The picture is made anew at the next draw, at the new size.
+    // Each draw makes its picture at the size of the moment.
     MIRL::ReleaseOffscreen(m_hMemDC, m_hMemBitmap, m_hMemOldBitmap);
 }
 
@@ -189,7 +189,9 @@ void MirlOutlookBar::DrawTab(LPDRAWITEMSTRUCT item)
     TakeDrawState(item);
     RECT client = {};
     GetClientRect(&client);
-    if (m_hMemDC == NULL && client.right > 0 && client.bottom > 0) {
+    // The picture lives for one draw: a bar keeps no GDI objects between paints, so a bar that
+    // is sized or scrolled into view costs nothing until it is drawn.
+    if (client.right > 0 && client.bottom > 0) {
         m_hMemBitmap = ::CreateCompatibleBitmap(item->hDC, client.right, client.bottom);
         m_hMemDC = ::CreateCompatibleDC(item->hDC);
         if (m_hMemDC == NULL || m_hMemBitmap == NULL) {
@@ -205,6 +207,7 @@ void MirlOutlookBar::DrawTab(LPDRAWITEMSTRUCT item)
     }
     DrawFace(m_hMemDC, item->rcItem);
     ::BitBlt(item->hDC, 0, 0, client.right, client.bottom, m_hMemDC, 0, 0, SRCCOPY);
+    MIRL::ReleaseOffscreen(m_hMemDC, m_hMemBitmap, m_hMemOldBitmap);
 }
 
 // ---------------------------------------------------------------------------------------------
