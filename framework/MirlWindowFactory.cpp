@@ -5,6 +5,7 @@
 #include "MirlButton.h"
 #include "MirlCommonEdit.h"
 #include "MirlEdit.h"
+#include "MirlGroupBox.h"
 #include "MirlWindow.h"
 
 #include <cwchar>
@@ -39,19 +40,19 @@ const WindowClassRow kWindowClasses[] = {
     {L"STATIC", &MakeWindow<MirlStatic>},
     {L"LISTBOX", NULL},       // no list box exists
     {L"SCROLLBAR", &MakeWindow<MirlScrollBar>},
-    {L"TOOLBAR", NULL},       // MirlToolbar
+    {L"TOOLBAR", &MakeWindow<MirlToolbar>},
     {L"SPLITTER", &MakeWindow<MirlSplitter>},
     {L"COMBOBOX", NULL},      // MirlComboBox
     {L"INCHINGSWITCH", &MakeWindow<MirlInchingSwitch>},
     {L"PROGRESS", &MakeWindow<MirlProgressBar>},
-    {L"OUTLOOK", NULL},       // MIRLOutlookCtrl
+    {L"OUTLOOK", &MakeWindow<MIRLOutlookCtrl>},
     {L"LISTVIEW", NULL},      // MirlListView
     {L"SLIDER", &MakeWindow<MirlSlider>},
     {L"TRACKBAR", &MakeWindow<MirlTrackBar>},
     {L"SEEK", &MakeWindow<MirlMediaSeekBar>},
     {L"COMMONEDIT", &MakeWindow<MirlCommonEdit>},
     {L"SPIN", &MakeWindow<MirlSpinCtrl>},
-    {L"GROUPBOX", NULL},      // MirlGroupBox
+    {L"GROUPBOX", &MakeWindow<MirlGroupBox>},
     {L"CUSTOMCONTROL", &MakeWindow<MirlWindow>},
 };
 

@@ -18,3 +18,4 @@
 #include "MirlDlgStatic.h"
 #include "MirlCommonEdit.h"
 #include "MirlEdit.h"
+#include "MirlGroupBox.h"

@@ -242,6 +242,21 @@ const DeniedMessage kScrollBarDenied[] = {
     {SBM_GETRANGE, P::Zero}, {SBM_GETSCROLLINFO, P::Zero}, {SBM_GETSCROLLBARINFO, P::Zero},
 };
 
+// MIRLOutlookCtrl: the folder-changed message with any bar, and its own scroll bar's steps.
+const StormMessage kOutlookMessages[] = {
+    {WM_USER + 101, WM_USER + 101, P::Bool, P::Window, 4},
+    {WM_USER + 101, WM_USER + 101, P::Number, P::Number, 2},
+    {WM_VSCROLL, WM_VSCROLL, P::Number, P::Window, 4},
+    {WM_MOUSEWHEEL, WM_MOUSEWHEEL, P::Number, P::Point, 4},
+};
+
+// MirlGroupBox: what it passes up to its parent, the slider's notification among them.
+const StormMessage kGroupBoxMessages[] = {
+    {WM_USER + 120, WM_USER + 120, P::Number, P::Number, 4},
+    {WM_COMMAND, WM_COMMAND, P::Number, P::Window, 3},
+    {WM_VKEYTOITEM, WM_CHARTOITEM, P::Number, P::Window, 1},
+};
+
 // Numbers at the edges of every width a parameter is read at.
 uint64_t NumberFrom(uint64_t r)
 {
@@ -450,6 +465,9 @@ const StormClass kStormClasses[] = {
     {L"SCROLLBAR", L"StormScrollBar", false, MIRL_STORM_TABLE(kScrollBarMessages), MIRL_STORM_TABLE(kScrollBarDenied)},
     {L"SLIDER", L"StormSlider", false, nullptr, 0, nullptr, 0},
     {L"SEEK", L"StormSeek", false, nullptr, 0, nullptr, 0},
+    {L"TOOLBAR", L"StormToolbar", false, nullptr, 0, nullptr, 0},
+    {L"OUTLOOK", L"StormOutlook", false, MIRL_STORM_TABLE(kOutlookMessages), nullptr, 0},
+    {L"GROUPBOX", L"StormGroupBox", false, MIRL_STORM_TABLE(kGroupBoxMessages), nullptr, 0},
 };
 #undef MIRL_STORM_TABLE
 const size_t kStormClassCount = sizeof(kStormClasses) / sizeof(kStormClasses[0]);

@@ -38,9 +38,29 @@ bool IsState(const std::wstring &state)
     return false;
 }
 
-// Puts every button and edit of the tree into the state asked for, the way a user would: disabled
-// windows, a held press, a check button checked, or the pointer over each button in turn (a hovering button
-// keeps its hover when another one takes the capture).
+// "selected" moves the selection of every toolbar to its second tab (its only tab when there
+// is one), and of every outlook control to its second folder, so that a selected face shows
+// where the normal picture has none.
+void SelectTabs(MirlWindowBase *window)
+{
+    if (MirlToolbar *toolbar = dynamic_cast<MirlToolbar *>(window)) {
+        if (!toolbar->SelectTab(1)) {
+            toolbar->SelectTab(0);
+        }
+    } else if (MIRLOutlookCtrl *outlook = dynamic_cast<MIRLOutlookCtrl *>(window)) {
+        if (outlook->GetFolderCount() > 1) {
+            ::SendMessageW(outlook->m_hWnd, WM_MIRL_FOLDER_CHANGED, 1,
+                           reinterpret_cast<LPARAM>(outlook->GetFolder(0)->pBar));
+        }
+    }
+    for (unsigned int i = 0; i < window->GetChildCount(); ++i) {
+        SelectTabs(window->GetChildByIndex(i));
+    }
+}
+
+// Puts every button and edit of the tree into the state asked for, the way a user would:
+// disabled windows, a held press, a check button checked, an edit's text selected, or the pointer
+// over each button in turn (a hovering button keeps its hover when another one takes the capture).
 void ApplyButtonState(MirlWindowBase *window, const std::wstring &state)
 {
     for (unsigned int i = 0; i < window->GetChildCount(); ++i) {
@@ -424,6 +444,9 @@ public:
         LayOut(m_Frame->m_hWnd);
         ApplyButtonState(m_Frame.get(), state);
         ApplyRangeState(m_Frame.get(), state);
+        if (state == L"selected") {
+            SelectTabs(m_Frame.get());
+        }
         m_State = state;
         return true;
     }

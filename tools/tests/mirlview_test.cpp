@@ -158,6 +158,43 @@ TEST(MirlView, StateOfATreeWithoutButtonsChangesNothing)
     DeleteFileW(png.c_str());
 }
 
+// "selected" moves a toolbar's selection to its second tab: the active face leaves the first
+// tab and shows on the second.
+TEST(MirlView, SelectedStateShowsTheSecondTabsFace)
+{
+    Gdiplus::GdiplusStartupInput input;
+    ULONG_PTR token = 0;
+    Gdiplus::GdiplusStartup(&token, &input, nullptr);
+    std::map<std::wstring, std::pair<COLORREF, COLORREF>> faces;
+    for (const wchar_t *state : {L"normal", L"selected"}) {
+        std::wstring png = TempPng(state);
+        RunResult result = RunTool(L"mirlview.exe", Quote(Skin(L"containers")) + L" ViewTabs --state " + state +
+                                                        L" --png " + Quote(png));
+        ASSERT_TRUE(result.finished) << state;
+        ASSERT_EQ(0u, result.exitCode) << state;
+        {
+            Gdiplus::Bitmap bitmap(png.c_str());
+            ASSERT_EQ(Gdiplus::Ok, bitmap.GetLastStatus());
+            Gdiplus::Color first;
+            Gdiplus::Color second;
+            // The first tab stands at x 10, the second at x 100; both faces start orange.
+            bitmap.GetPixel(12, 2, &first);
+            bitmap.GetPixel(102, 2, &second);
+            faces[state] = {RGB(first.GetR(), first.GetG(), first.GetB()),
+                            RGB(second.GetR(), second.GetG(), second.GetB())};
+        }
+        DeleteFileW(png.c_str());
+    }
+    const COLORREF orange = RGB(255, 140, 0);
+    EXPECT_EQ(orange, faces[L"normal"].first);
+    EXPECT_NE(orange, faces[L"normal"].second);
+    EXPECT_NE(orange, faces[L"selected"].first);
+    // A tab without a face shows its background, the same in both pictures.
+    EXPECT_EQ(faces[L"normal"].second, faces[L"selected"].first);
+    EXPECT_EQ(orange, faces[L"selected"].second);
+    Gdiplus::GdiplusShutdown(token);
+}
+
 // The sample player's Play button, a four-state picture button, in each state: the inside of
 // its disc left of the glyph is dark glass when idle, lighter under the pointer, accent blue
 // when held, and dimmed when disabled.
