@@ -648,7 +648,7 @@ bool EndsWithIgnoringCase(const std::wstring &text, const std::wstring &end)
     return text.size() >= end.size() && mirltool::EqualsIgnoringCase(text.substr(text.size() - end.size()), end);
 }
 
-// Every top-level template in every state whose picture differs from its normal one.
+// Every top-level window template in every state whose picture differs from its normal one.
 int MakeGallery(const Options &options)
 {
     std::vector<mirlview::GalleryShot> shots;
@@ -658,6 +658,11 @@ int MakeGallery(const Options &options)
             continue;
         }
         MirlUiWindow::Attribute *cls = ui->GetAttribute(L"Class");
+        // A control's own template (one that skins a dialog's control, say) is drawn by the window
+        // that holds it; alone, mirlview would make it a plain window.
+        if (cls != nullptr && _wcsicmp(cls->GetValue(), L"WINDOW") != 0 && _wcsicmp(cls->GetValue(), L"CUSTOMCONTROL") != 0) {
+            continue;
+        }
         Options one = options;
         one.templateName = name;
         size_t normal = shots.size();
