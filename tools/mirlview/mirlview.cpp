@@ -478,7 +478,9 @@ public:
         return true;
     }
 
-    bool SavePng(const std::wstring &path) const
+    // attempts > 1 tries again a little later when the file can't be written: while a skin is
+    // watched, a viewer (or a test) may be reading the last picture at that very moment.
+    bool SavePng(const std::wstring &path, int attempts = 1) const
     {
         // What was queued since Create has handed a slider the real pointer's moves, which end
         // its hover: its state is put back just before the picture.
@@ -489,9 +491,13 @@ public:
         picture.Fill(RGB(0, 0, 0));
         mirlview::ComposeWindowTree(frame(), picture);
         std::wstring error;
-        if (!mirlview::SavePng(picture, path.c_str(), error)) {
-            std::fwprintf(stderr, L"mirlview: %ls: %ls\n", path.c_str(), error.c_str());
-            return false;
+        for (int attempt = 1; !mirlview::SavePng(picture, path.c_str(), error); ++attempt) {
+            if (attempt >= attempts) {
+                std::fwprintf(stderr, L"mirlview: %ls: %ls\n", path.c_str(), error.c_str());
+                std::fflush(stderr);
+                return false;
+            }
+            ::Sleep(50);
         }
         return true;
     }
@@ -603,7 +609,7 @@ int WatchTemplate(const Options &options, mirltool::FolderPackage &folder)
             }
             if (interactive) {
                 view.Show();
-            } else if (view.SavePng(options.png)) {
+            } else if (view.SavePng(options.png, 40)) {
                 std::fwprintf(stdout, L"mirlview: wrote %ls (render %lu)\n", options.png.c_str(), render);
                 std::fflush(stdout);
             }

@@ -13,6 +13,7 @@ using std::min;
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -125,18 +126,34 @@ private:
 };
 
 // The colour of the picture's top left pixel, or CLR_INVALID while it can't be read (absent,
-// or being written).
+// or being written). The file is read into memory first, so that it is held only for a moment.
 COLORREF CornerOf(const std::wstring &png)
 {
-    if (GetFileAttributesW(png.c_str()) == INVALID_FILE_ATTRIBUTES) {
+    std::string bytes = ReadText(png);
+    if (bytes.empty()) {
         return CLR_INVALID;
     }
-    Gdiplus::Bitmap bitmap(png.c_str());
-    Gdiplus::Color color;
-    if (bitmap.GetLastStatus() != Gdiplus::Ok || bitmap.GetPixel(0, 0, &color) != Gdiplus::Ok) {
+    HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
+    if (block == nullptr) {
         return CLR_INVALID;
     }
-    return RGB(color.GetR(), color.GetG(), color.GetB());
+    memcpy(GlobalLock(block), bytes.data(), bytes.size());
+    GlobalUnlock(block);
+    IStream *stream = nullptr;
+    if (FAILED(CreateStreamOnHGlobal(block, TRUE, &stream))) {
+        GlobalFree(block);
+        return CLR_INVALID;
+    }
+    COLORREF corner = CLR_INVALID;
+    {
+        Gdiplus::Bitmap bitmap(stream);
+        Gdiplus::Color color;
+        if (bitmap.GetLastStatus() == Gdiplus::Ok && bitmap.GetPixel(0, 0, &color) == Gdiplus::Ok) {
+            corner = RGB(color.GetR(), color.GetG(), color.GetB());
+        }
+    }
+    stream->Release();
+    return corner;
 }
 
 // Waits up to milliseconds for condition; the time it took, or -1.
