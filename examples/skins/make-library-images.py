@@ -61,13 +61,14 @@ def fill_pieces():
 
 
 def channel(width, height):
-    """The track bar's channel is the band of rows height / 2 - 2 to height / 2 + 1."""
+    """The track bar's channel is the band of rows height / 2 - 2 to height / 2 + 1; the seek bar
+    draws the same picture as its fill."""
     def shade(x, y):
         middle = height // 2 - 2
         if middle <= y < middle + 4:
-            c = S.mix(S.STEEL, S.hexc(0x232A3B), (y - middle) / 3.0)
+            c = S.mix(S.ACCENT, S.ACCENT_DEEP, (y - middle) / 3.0)
             if y == middle:
-                c = S.hexc(0x111623)
+                c = S.GLOW
             return c + (1.0,)
         return (0.0, 0.0, 0.0, 0.0)
     return S.render(width, height, shade)

@@ -101,6 +101,8 @@ private:
     void CheckUrl(const Location &where, const std::wstring &value, const std::vector<unsigned int> &reach);
     void CheckFixedImages(const Template &window, const std::wstring &windowClass, const std::vector<unsigned int> &reach);
     void CheckDialogImages(const Definition &definition, const std::vector<unsigned int> &reach);
+    void CheckToolbarChildren(const Template &window);
+    void CheckOutlookFolders(const Template &window);
     // The names that some checked language finds no image element for.
     std::vector<std::wstring> MissingImages(const std::vector<std::wstring> &names, const std::vector<unsigned int> &reach) const;
     std::wstring SuggestName(const std::wstring &value, unsigned long type) const;
@@ -361,6 +363,66 @@ void Checker::CheckDialogImages(const Definition &definition, const std::vector<
             L"dialog-image-missing");
 }
 
+// A toolbar makes windows for its "TABBUTTON" children only, and picks its current tab by the
+// first tab's place among all its children, taken on the list of windows it made.
+void Checker::CheckToolbarChildren(const Template &window)
+{
+    std::vector<const Template *> tabs;
+    size_t firstTab = window.children.size();
+    for (size_t i = 0; i < window.children.size(); ++i) {
+        const Attr *cls = FindAttr(window.children[i].attributes, L"Class");
+        if (window.children[i].loaded && cls != nullptr && _wcsicmp(cls->value.c_str(), L"TABBUTTON") == 0) {
+            firstTab = std::min(firstTab, i);
+            tabs.push_back(&window.children[i]);
+        }
+    }
+    if (tabs.empty()) {
+        Warning(window.where, L"the TOOLBAR has no TABBUTTON child: it shows its strip with no tab, and no tab is ever current",
+                L"toolbar-no-tab");
+    }
+    for (size_t i = 0; i < window.children.size(); ++i) {
+        const Template &child = window.children[i];
+        if (!child.loaded || std::find(tabs.begin(), tabs.end(), &child) != tabs.end()) {
+            continue;
+        }
+        std::wstring line = L"a TOOLBAR makes windows for its TABBUTTON children only: '" + child.name + L"' makes none";
+        if (i < firstTab && firstTab < window.children.size()) {
+            // Every child before the first tab moves the pick one tab further on.
+            line += firstTab < tabs.size() ? L", and as it comes before the first tab, the toolbar makes the tab '" +
+                                                 tabs[firstTab]->name + L"' current instead of '" + tabs[0]->name + L"'"
+                                           : L", and as it comes before the first tab, the toolbar makes no tab current";
+        }
+        Warning(child.where, line, L"toolbar-child-not-tab");
+    }
+}
+
+// Each child of an outlook control is a folder: a bar and a panel, both made from the child's
+// template, so the bar also makes the panel's own children under its face.
+void Checker::CheckOutlookFolders(const Template &window)
+{
+    if (window.children.empty()) {
+        Warning(window.where, L"the OUTLOOK has no folder: it shows an empty stack, and no bar is ever current", L"outlook-no-folder");
+    }
+    for (const Template &folder : window.children) {
+        if (!folder.loaded) {
+            continue;
+        }
+        if (!folder.children.empty()) {
+            Warning(folder.where, L"the folder's " + std::to_wstring(folder.children.size()) +
+                                      (folder.children.size() == 1 ? L" child is" : L" children are") +
+                                      L" made twice: in its panel and on its bar, which is made from the same template",
+                    L"outlook-folder-children");
+        }
+        const Attr *id = FindAttr(folder.attributes, L"CommandID");
+        MirlUiWindow::Attribute reader(L"CommandID", id != nullptr ? id->value.c_str() : L"0");
+        if (reader.GetInteger() == 0) {
+            Warning(folder.where, std::wstring(id == nullptr ? L"the folder has no \"CommandID\"" : L"the folder's \"CommandID\" is 0") +
+                                      L": its bar gets identifier 500 and its panel 0, as every folder without one does",
+                    L"outlook-folder-no-command-id");
+        }
+    }
+}
+
 void Checker::CheckTemplate(const Template &window, const std::wstring &parentClass, bool top, const std::vector<unsigned int> &reach)
 {
     size_t count = window.attributes.size();
@@ -467,6 +529,11 @@ void Checker::CheckTemplate(const Template &window, const std::wstring &parentCl
     }
     if (!top && !itemList && !item && cls != nullptr) {
         CheckFixedImages(window, windowClass, reach);
+    }
+    if (_wcsicmp(windowClass.c_str(), L"TOOLBAR") == 0) {
+        CheckToolbarChildren(window);
+    } else if (_wcsicmp(windowClass.c_str(), L"OUTLOOK") == 0) {
+        CheckOutlookFolders(window);
     }
 
     if (window.childrenTooDeep) {

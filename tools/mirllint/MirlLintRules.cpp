@@ -442,11 +442,13 @@ const std::vector<std::wstring> &RuleNames()
         L"image-file-missing",    L"image-unreadable",      L"include-cycle",       L"include-limit",
         L"include-misplaced",     L"include-missing",       L"include-repeated",
         L"include-too-deep",      L"layout-word",           L"lint-mismatch",       L"loader-error",
-        L"missing-element",       L"not-well-formed",       L"package-unreadable",  L"position-word",
+        L"missing-element",       L"not-well-formed",       L"outlook-folder-children", L"outlook-folder-no-command-id",
+        L"outlook-no-folder",     L"package-unreadable",    L"position-word",
         L"root-not-skin",         L"section-case",          L"shadowed-definition", L"style-not-child",
         L"style-word",            L"template-boolean",      L"template-no-class",   L"template-number",
         L"template-too-deep",     L"template-too-few-attributes", L"text-coverage", L"text-in-section",
-        L"text-no-fallback",      L"unconvertible-value",   L"unknown-attribute",   L"unknown-class",
+        L"text-no-fallback",      L"toolbar-child-not-tab", L"toolbar-no-tab",      L"unconvertible-value",
+        L"unknown-attribute",     L"unknown-class",
         L"unknown-section",       L"url-scheme"};
     return names;
 }

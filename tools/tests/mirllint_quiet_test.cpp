@@ -116,6 +116,15 @@ const NearMiss kNearMisses[] = {
 
     // A button with an identifier of its own is drawn.
     {L"button-no-command-id", "lint_quiet_windows", "Skin.xml", {{"CommandID=\"0x1001\" X=\"-4\"", "X=\"-4\""}}},
+    // A tab strip of two tabs and a stack of one folder.
+    {L"toolbar-no-tab", "lint_quiet_containers", "Skin.xml",
+     {{"<TabOne Class=\"TABBUTTON\"", "<TabOne Class=\"STATIC\""}, {"<TabTwo Class=\"TABBUTTON\"", "<TabTwo Class=\"STATIC\""}}},
+    {L"toolbar-child-not-tab", "lint_quiet_containers", "Skin.xml", {{"<TabTwo Class=\"TABBUTTON\"", "<TabTwo Class=\"STATIC\""}}},
+    {L"outlook-no-folder", "lint_quiet_containers", "Skin.xml",
+     {{"<FolderOne Class=\"WINDOW\" CommandID=\"0x201\" Height=\"50\" Align=\"ALIGN_PARENT_HEIGHT\"/>", ""}}},
+    {L"outlook-folder-children", "lint_quiet_containers", "Skin.xml",
+     {{"Align=\"ALIGN_PARENT_HEIGHT\"/>", "Align=\"ALIGN_PARENT_HEIGHT\"><Label Class=\"STATIC\" Width=\"50\"/></FolderOne>"}}},
+    {L"outlook-folder-no-command-id", "lint_quiet_containers", "Skin.xml", {{"CommandID=\"0x201\" ", ""}}},
 
     // Exactly as many documents and bytes as the loader reads: Skin.xml and 1,023 includes;
     // eighty reads of a document, the last begun below 8 MiB.
@@ -352,7 +361,7 @@ TEST(MirlLintNearMisses, EveryRuleHasOneNearMiss)
         rows.insert(row.rule);
     }
     const std::vector<std::wstring> &rules = mirllint::RuleNames();
-    EXPECT_EQ(41u, rules.size());
+    EXPECT_EQ(46u, rules.size());
     EXPECT_EQ(std::multiset<std::wstring>(rules.begin(), rules.end()), rows);
 }
 

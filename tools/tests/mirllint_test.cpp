@@ -164,8 +164,8 @@ TEST(MirlLint, SampleSkinIsClean)
     RunResult result = RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(L"sample")));
     ASSERT_TRUE(result.finished);
     EXPECT_EQ(0u, result.exitCode);
-    std::vector<std::wstring> expected = {L"", L"text coverage against language 1033 (34 texts):",
-                                          L"  language  present  missing", L"  2052      34       0"};
+    std::vector<std::wstring> expected = {L"", L"text coverage against language 1033 (58 texts):",
+                                          L"  language  present  missing", L"  2052      58       0"};
     EXPECT_EQ(expected, result.out);
     ASSERT_EQ(1u, result.err.size());
     EXPECT_EQ(L"mirllint: 0 errors, 0 warnings", result.err[0]);
@@ -210,6 +210,23 @@ TEST(MirlLint, RangeControlsNameEachFixedImageTheSkinLacks)
         LR"L(Skin.xml: error: /Skin/Windows/Frame/Seek: every SEEK draws the image elements ProgressBk, ProgressFill, ProgressTrack, ProgressTrackGlow, ProgressTrackDown by their fixed names, and the skin lacks ProgressTrackGlow, ProgressTrackDown (reported once, at the first such template) [control-image-missing])L",
     };
     ExpectReport(L"lint_range", kLintRange, 1);
+}
+
+// Tab strips whose children are not all tabs, and folder stacks that are empty or whose folders
+// have children (made twice: a bar is made from its folder's template) or no identifier.
+TEST(MirlLint, TabStripsAndFolderStacksThatAreNotWhatTheyLookLike)
+{
+    static const wchar_t *const kLintContainers[] = {
+        LR"L(Skin.xml: warning: /Skin/Windows/Frame/StripNoTab: the TOOLBAR has no TABBUTTON child: it shows its strip with no tab, and no tab is ever current [toolbar-no-tab])L",
+        LR"L(Skin.xml: warning: /Skin/Windows/Frame/StripNoTab/Caption: a TOOLBAR makes windows for its TABBUTTON children only: 'Caption' makes none [toolbar-child-not-tab])L",
+        LR"L(Skin.xml: warning: /Skin/Windows/Frame/StripCaptionFirst/Caption: a TOOLBAR makes windows for its TABBUTTON children only: 'Caption' makes none, and as it comes before the first tab, the toolbar makes the tab 'TabB' current instead of 'TabA' [toolbar-child-not-tab])L",
+        LR"L(Skin.xml: warning: /Skin/Windows/Frame/StripOneTab/Caption: a TOOLBAR makes windows for its TABBUTTON children only: 'Caption' makes none, and as it comes before the first tab, the toolbar makes no tab current [toolbar-child-not-tab])L",
+        LR"L(Skin.xml: warning: /Skin/Windows/Frame/StackEmpty: the OUTLOOK has no folder: it shows an empty stack, and no bar is ever current [outlook-no-folder])L",
+        LR"L(Skin.xml: warning: /Skin/Windows/Frame/Stack/Playlists: the folder's 2 children are made twice: in its panel and on its bar, which is made from the same template [outlook-folder-children])L",
+        LR"L(Skin.xml: warning: /Skin/Windows/Frame/Stack/Playlists: the folder has no "CommandID": its bar gets identifier 500 and its panel 0, as every folder without one does [outlook-folder-no-command-id])L",
+        LR"L(Skin.xml: warning: /Skin/Windows/Frame/Stack/Artists: the folder's "CommandID" is 0: its bar gets identifier 500 and its panel 0, as every folder without one does [outlook-folder-no-command-id])L",
+    };
+    ExpectReport(L"lint_containers", kLintContainers, 0);
 }
 
 TEST(MirlLint, LangLimitsTheLanguagesChecked)
