@@ -571,9 +571,10 @@ void Checker::CheckTemplate(const Template &window, const std::wstring &parentCl
 void Checker::CheckCoverage()
 {
     std::vector<std::wstring> base;
+    std::set<std::wstring> seen;
     for (const Definition &definition : m_Skin.definitions) {
         if (definition.type == UI_ELEMENT_TEXT && definition.language == 1033 && definition.hasAttributeMap &&
-            std::find(base.begin(), base.end(), definition.name) == base.end()) {
+            seen.insert(definition.name).second) {
             base.push_back(definition.name);
         }
     }

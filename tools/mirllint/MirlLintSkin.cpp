@@ -494,12 +494,12 @@ const Attr *FindAttrExact(const std::vector<Attr> &attributes, const wchar_t *na
 
 const Definition *Skin::Find(unsigned long type, const std::wstring &name, unsigned int language) const
 {
-    for (const Definition &definition : definitions) {
-        if (definition.type == type && definition.language == language && definition.name == name) {
-            return &definition;
-        }
+    for (; m_Indexed < definitions.size(); ++m_Indexed) {
+        const Definition &definition = definitions[m_Indexed];
+        m_Index.emplace(Key(definition.type, definition.language, definition.name), m_Indexed);
     }
-    return nullptr;
+    auto found = m_Index.find(Key(type, language, name));
+    return found != m_Index.end() ? &definitions[found->second] : nullptr;
 }
 
 const Definition *Skin::Resolve(unsigned long type, const std::wstring &name, unsigned int language) const

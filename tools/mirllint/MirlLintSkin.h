@@ -8,7 +8,9 @@
 
 #include "Mirl.h"
 
+#include <map>
 #include <set>
+#include <tuple>
 #include <string>
 #include <vector>
 
@@ -55,12 +57,19 @@ struct Skin {
     std::set<unsigned int> languages;      // every language that holds a definition
     std::vector<AbortPoint> aborts;        // in the order found; the earliest in load order stops
 
-    // The first definition of that type and exact name in one language; null if none.
+    // The first definition of that type and exact name in one language; null if none. Looked up
+    // in an index of the definitions, which only ever grow at the end: a skin may hold a hundred
+    // thousand of them, and every one is looked up.
     const Definition *Find(unsigned long type, const std::wstring &name, unsigned int language) const;
     // The same with the loader's fallback to 1033.
     const Definition *Resolve(unsigned long type, const std::wstring &name, unsigned int language) const;
     // Where the loader stops first, or null if it reads everything.
     const AbortPoint *FirstAbort() const;
+
+private:
+    typedef std::tuple<unsigned long, unsigned int, std::wstring> Key;
+    mutable std::map<Key, size_t> m_Index;  // first definition of each key
+    mutable size_t m_Indexed = 0;           // definitions taken into the index so far
 };
 
 // Reads the package that the library has open through MirlUI, reporting what the loader
