@@ -11,6 +11,7 @@
 #include "MirlExport.h"
 #include "MirlSkin.h"
 #include "MirlStyles.h"
+#include "MirlAccessible.h"
 
 #include "atl/MirlAtl.h"
 
@@ -442,6 +443,23 @@ public:
         bHandled = FALSE;
         return 1;
     }
+
+    // What the window is, for screen readers and test tools: answered ahead of every message
+    // map, since not every control's map passes unknown messages on to this one.
+    static LRESULT CALLBACK WindowProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
+    {
+        if (uMsg == WM_GETOBJECT || uMsg == MIRL::AccessibleMessage()) {
+            // Through the thunk, hWnd is the object.
+            Base *object = reinterpret_cast<Base *>(hWnd);
+            BOOL handled = FALSE;
+            const LRESULT result = MIRL::AnswerAccessibility(object, uMsg, wParam, lParam, handled);
+            if (handled) {
+                return result;
+            }
+        }
+        return Base::WindowProc(hWnd, uMsg, wParam, lParam);
+    }
+    WNDPROC GetWindowProc() override { return WindowProc; }
 
     BEGIN_MSG_MAP(MirlWindowImpl)
         MESSAGE_HANDLER(WM_PAINT, OnPaint)

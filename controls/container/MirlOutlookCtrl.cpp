@@ -150,6 +150,7 @@ LRESULT MirlOutlookBar::OnTabClicked(UINT code)
         }
         g_CurrentBar = this;
         SetSelected(true);
+        MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_SELECTION);
     }
     ::SendMessageW(::GetParent(m_hWnd), WM_MIRL_FOLDER_CHANGED, 0, reinterpret_cast<LPARAM>(this));
     return 0;
@@ -478,6 +479,7 @@ LRESULT MIRLOutlookCtrl::OnFolderChanged(UINT, WPARAM wParam, LPARAM lParam, BOO
     g_CurrentBar = bar;
     if (bar != NULL) {
         bar->SetSelected(true);
+        MIRL::NotifyAccessibleEvent(bar->m_hWnd, EVENT_OBJECT_SELECTION);
     }
     ArrangeFolders();
     return 0;

@@ -121,6 +121,7 @@ void MirlTabButton::OnTabLButtonDown(POINT)
         }
         g_CurrentTab = this;
         SetSelected(true);
+        MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_SELECTION);
     }
 }
 
@@ -307,6 +308,7 @@ int MirlToolbar::SelectTab(int index)
         return 0;
     }
     g_CurrentTab = static_cast<MirlTabButton *>(m_Children[static_cast<size_t>(entry)]);
+    MIRL::NotifyAccessibleEvent(g_CurrentTab->m_hWnd, EVENT_OBJECT_SELECTION);
     // The strip alone, whatever the toolbar's clipping style: a tab shows its new face when it
     // is next painted.
     ::RedrawWindow(m_hWnd, NULL, NULL, RDW_INVALIDATE | RDW_ERASE | RDW_NOCHILDREN);

@@ -212,6 +212,10 @@ bool MirlEdit::IsNumber(const wchar_t *text)
 
 void MirlEdit::NotifyParent(WORD code)
 {
+    // The text is the edit's accessible value.
+    if (code == EN_CHANGE) {
+        MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_VALUECHANGE);
+    }
     HWND parent = ::GetParent(m_hWnd);
     if (parent != NULL) {
         const WORD id = static_cast<WORD>(::GetDlgCtrlID(m_hWnd));

@@ -64,7 +64,11 @@ int MirlMediaSeekBar::ThumbWidth() const
 
 void MirlMediaSeekBar::SetSeekPercent(float percent)
 {
+    const bool changed = !(m_fPercent == percent);
     m_fPercent = percent;
+    if (changed && m_hWnd != NULL && IsWindow()) {
+        MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_VALUECHANGE);
+    }
     m_rcThumb.left = MIRL::SeekThumbLeft(percent, m_rcTrack.right, ThumbWidth());
     m_rcThumb.right = static_cast<LONG>(std::min<long long>(static_cast<long long>(m_rcThumb.left) + ThumbWidth(), LONG_MAX));
     if (m_hWnd != NULL && IsWindow()) {

@@ -99,7 +99,11 @@ DWORD MirlProgressBar::SetRange32(int lower, int upper)
 
 int MirlProgressBar::ReadPosBack(LRESULT former)
 {
-    m_nPos = static_cast<int>(::SendMessageW(m_hWnd, PBM_GETPOS, 0, 0));
+    const int pos = static_cast<int>(::SendMessageW(m_hWnd, PBM_GETPOS, 0, 0));
+    if (pos != m_nPos) {
+        m_nPos = pos;
+        MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_VALUECHANGE);
+    }
     return static_cast<short>(LOWORD(former));
 }
 
@@ -127,7 +131,10 @@ int MirlProgressBar::GetFillLength() const
 
 LRESULT MirlProgressBar::OnSetPos(UINT, WPARAM wParam, LPARAM, BOOL &)
 {
-    m_nPos = static_cast<int>(wParam);
+    if (m_nPos != static_cast<int>(wParam)) {
+        m_nPos = static_cast<int>(wParam);
+        MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_VALUECHANGE);
+    }
     ::RedrawWindow(m_hWnd, NULL, NULL, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
     return 0;
 }

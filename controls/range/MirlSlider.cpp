@@ -101,8 +101,12 @@ void MirlSlider::SetPosInternal(int pos, bool redraw)
     if (m_nMin == m_nMax) {
         return;
     }
+    const bool changed = m_nPos != pos;
     m_nPos = pos;
     if (m_hWnd != NULL && IsWindow()) {
+        if (changed) {
+            MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_VALUECHANGE);
+        }
         ObtainTrackPos(ClientWidth());
         if (redraw) {
             InvalidateRect(NULL, TRUE);
@@ -129,7 +133,10 @@ void MirlSlider::SetPostion(int x, unsigned flags)
         m_rcThumb.left = m_nTrackPos - imageWidth / 2;
         m_rcThumb.right = m_rcThumb.left + imageWidth;
     }
-    m_nPos = position.pos;
+    if (m_nPos != position.pos) {
+        m_nPos = position.pos;
+        MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_VALUECHANGE);
+    }
     ::SendMessageW(::GetParent(m_hWnd), WM_SLIDER_POSITION, MIRL::SliderNotifyWParam(m_nPos, flags),
                    reinterpret_cast<LPARAM>(m_hWnd));
 }

@@ -225,7 +225,11 @@ void MirlButton::SetCheck(bool check, bool repaint)
     if (!m_CheckMode) {
         return;
     }
+    const bool changed = (m_Checked != 0) != check;
     m_Checked = check ? 1 : 0;
+    if (changed && IsWindow()) {
+        MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_STATECHANGE);
+    }
     if (repaint && IsWindow()) {
         InvalidateRect(NULL);
     }
@@ -650,6 +654,7 @@ LRESULT MirlButton::OnClicked(UINT code, int, HWND)
     }
     if (m_CheckMode) {
         m_Checked = m_Checked ? 0 : 1;
+        MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_STATECHANGE);
         InvalidateRect(NULL);
         return 0;
     }

@@ -2,16 +2,19 @@
 // renders it to a PNG through the windows' paint-into-a-context path.
 //
 //   mirlview SKIN TEMPLATE [--lang ID] [--size WxH] [--state STATE] [--png OUT.png] [--watch]
+//   mirlview SKIN TEMPLATE --accessibility [--lang ID] [--size WxH] [--state STATE]
 //   mirlview SKIN --gallery OUT.png|OUT.html [--lang ID]
 //   mirlview SKIN --list [--lang ID]
 //
 // SKIN is a package or a skin folder, which is read as its package would be. --watch renders
-// again whenever the skin changes on disk.
+// again whenever the skin changes on disk. --accessibility prints the window's tree as a screen
+// reader reads it: role, "name", = "value", [states] and (default action), children indented.
 //
 // Exit codes: 0 success, 1 the window could not be made or the picture not written, 2 usage,
 // 3 the skin could not be loaded, 4 no such template.
 #include "MirlFolderPackage.h"
 #include "MirlToolSupport.h"
+#include "MirlViewAccessibility.h"
 #include "MirlViewGallery.h"
 #include "MirlViewRender.h"
 
@@ -142,6 +145,7 @@ enum ExitCode { ExitOk = 0, ExitFailed = 1, ExitUsage = 2, ExitSkin = 3, ExitNoT
 const wchar_t kUsage[] =
     L"usage: mirlview SKIN TEMPLATE [--lang ID] [--size WxH] [--state normal|hover|pressed|disabled|checked|selected]\n"
     L"                [--png OUT.png] [--watch]\n"
+    L"       mirlview SKIN TEMPLATE --accessibility [--lang ID] [--size WxH] [--state STATE]\n"
     L"       mirlview SKIN --gallery OUT.png|OUT.html [--lang ID]\n"
     L"       mirlview SKIN --list [--lang ID]\n"
     L"SKIN is a skin package (.zip) or a skin folder, read as its package would be.\n"
@@ -160,6 +164,7 @@ struct Options {
     std::wstring gallery;
     bool list = false;
     bool watch = false;
+    bool accessibility = false;
 };
 
 int Usage(const wchar_t *problem)
@@ -182,6 +187,8 @@ bool ParseArguments(int argc, wchar_t **argv, Options &options, std::wstring &pr
             options.list = true;
         } else if (arg == L"--watch") {
             options.watch = true;
+        } else if (arg == L"--accessibility") {
+            options.accessibility = true;
         } else if (arg == L"--lang" || arg == L"--size" || arg == L"--state" || arg == L"--png" || arg == L"--gallery") {
             if (!hasValue) {
                 problem = arg + L" needs a value";
@@ -225,6 +232,10 @@ bool ParseArguments(int argc, wchar_t **argv, Options &options, std::wstring &pr
     }
     if (whole && options.watch) {
         problem = L"--watch goes with a template";
+        return false;
+    }
+    if (options.accessibility && (whole || options.watch || !options.png.empty())) {
+        problem = L"--accessibility goes with a template, without --png or --watch";
         return false;
     }
     size_t wanted = whole ? 1 : 2;
@@ -531,12 +542,18 @@ int ShowTemplate(const Options &options)
     if (ui == nullptr) {
         return ReportNoTemplate(options.templateName);
     }
-    bool interactive = options.png.empty();
+    bool interactive = options.png.empty() && !options.accessibility;
     TemplateView view;
     if (!view.Create(ui, options, options.state, interactive)) {
         return ExitFailed;
     }
     bool closed = !PumpPending();
+    if (options.accessibility) {
+        for (const std::wstring &line : mirlview::AccessibilityTree(view.frame())) {
+            std::wprintf(L"%ls\n", line.c_str());
+        }
+        return ExitOk;
+    }
     if (interactive && !closed) {
         view.Show();
         return RunMessageLoop();

@@ -446,6 +446,45 @@ TEST(MirlView, SampleBrowseWindowMatchesItsGolden)
     ExpectSampleWindowMatches(L"BrowseFrame", "sample_browse");
 }
 
+// The player window as a screen reader reads it, and the options that --accessibility refuses.
+TEST(MirlView, PrintsTheAccessibilityTree)
+{
+    RunResult result = RunTool(L"mirlview.exe", Quote(Skin(L"sample")) + L" MainFrame --accessibility");
+    ASSERT_TRUE(result.finished);
+    EXPECT_EQ(0u, result.exitCode);
+    const std::vector<std::wstring> expected = {
+        L"client \"MIRL Player\"",
+        L"  static text [read only]",
+        L"    static text \"MIRL Player\" [read only]",
+        L"    static text \"01:42 / 04:05\" [read only]",
+        L"    link \"Now playing: Night Drive by The Midnight Lines\" [linked]",
+        L"    slider \"Position\" = \"0.0%\"",
+        L"    slider \"Volume\" = \"50\" [focusable]",
+        L"    push button \"Previous track\" [focusable] (Press)",
+        L"    push button \"Play\" [focusable] (Press)",
+        L"    push button \"Pause\" [focusable] (Press)",
+        L"    push button \"Stop\" [focusable] (Press)",
+        L"    push button \"Next track\" [focusable] (Press)",
+        L"    check button \"Shuffle\" [focusable] (Check)",
+        L"    push button \"Playlist\" [focusable] (Press)",
+        L"    link \"Press Play to start, or browse the library.\" [linked]",
+        L"    text \"Search the library\" = \"\" [focusable]",
+        L"    link \"Visit the MIRL project page\" [focusable, linked] (Jump)",
+    };
+    // Focus belongs to the whole display: a window of another test program may hold it.
+    std::vector<std::wstring> out = result.out;
+    if (!out.empty() && out[0] == L"client \"MIRL Player\" [focused]") {
+        out[0] = L"client \"MIRL Player\"";
+    }
+    EXPECT_EQ(expected, out);
+
+    for (const wchar_t *wrong : {L" --accessibility --list", L" MainFrame --accessibility --png x.png", L" MainFrame --accessibility --watch"}) {
+        RunResult refused = RunTool(L"mirlview.exe", Quote(Skin(L"sample")) + wrong);
+        ASSERT_TRUE(refused.finished);
+        EXPECT_EQ(2u, refused.exitCode) << wrong;
+    }
+}
+
 // The number field and its arrows as the library paints them: the face's red left end and blue
 // right end from the skin, the number in black between them, and the system's arrows beside.
 TEST(MirlView, TheNumberFieldAndItsSpinArePainted)

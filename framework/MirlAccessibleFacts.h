@@ -1,0 +1,26 @@
+// What a library window is, in the terms of accessibility, and its default action.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+class MirlWindowBase;
+
+struct MirlAccessibleFacts {
+    long role = 0;               // ROLE_SYSTEM_*
+    std::wstring name;           // empty: none
+    bool hasValue = false;
+    std::wstring value;
+    long state = 0;              // STATE_SYSTEM_*
+    std::wstring defaultAction;  // empty: none
+};
+
+namespace MIRL {
+
+// Reads the window as it is now; call on the window's thread.
+void DescribeWindow(MirlWindowBase *window, MirlAccessibleFacts &facts);
+// Posts the click or the selection that the default action stands for; false if there is none.
+bool DoDefaultAction(MirlWindowBase *window);
+
+} // namespace MIRL
