@@ -262,7 +262,7 @@ namespace MIRL {
 
 void NotifyAccessibleEvent(HWND window, DWORD event)
 {
-    if (window != nullptr) {
+    if (window != nullptr && event != 0) {
         ::NotifyWinEvent(event, window, OBJID_CLIENT, CHILDID_SELF);
     }
 }

@@ -136,6 +136,8 @@ void DescribeWindow(MirlWindowBase *window, MirlAccessibleFacts &facts)
     } else if (MirlButton *button = dynamic_cast<MirlButton *>(window)) {
         DescribeButton(button, hwnd, facts);
     } else if (MirlStatic *label = dynamic_cast<MirlStatic *>(window)) {
+        // A static keeps its caption itself: the system's copy is the one it was made with.
+        facts.name = NameOf(window, window->GetText());
         facts.role = label->HasLinks() ? ROLE_SYSTEM_LINK : ROLE_SYSTEM_STATICTEXT;
         facts.state |= label->HasLinks() ? STATE_SYSTEM_LINKED : STATE_SYSTEM_READONLY;
     } else if (MirlEdit *edit = dynamic_cast<MirlEdit *>(window)) {
@@ -187,6 +189,18 @@ void DescribeWindow(MirlWindowBase *window, MirlAccessibleFacts &facts)
     } else if (dynamic_cast<MirlSplitter *>(window) != nullptr) {
         facts.role = ROLE_SYSTEM_SEPARATOR;
     }
+}
+
+DWORD AccessibleEventFor(MirlWindowBase *window, UINT message)
+{
+    if (message == WM_ENABLE) {
+        return EVENT_OBJECT_STATECHANGE;
+    }
+    if (message == WM_SETTEXT) {
+        return dynamic_cast<MirlEdit *>(window) != nullptr || dynamic_cast<MirlCommonEdit *>(window) != nullptr ? 0
+                                                                                                              : EVENT_OBJECT_NAMECHANGE;
+    }
+    return 0;
 }
 
 bool DoDefaultAction(MirlWindowBase *window)

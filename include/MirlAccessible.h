@@ -25,5 +25,8 @@ MIRL_API LRESULT AnswerAccessibility(MirlWindowBase *window, UINT message, WPARA
 // (EVENT_OBJECT_VALUECHANGE), a state (EVENT_OBJECT_STATECHANGE), the selection
 // (EVENT_OBJECT_SELECTION). Nothing for a null window.
 MIRL_API void NotifyAccessibleEvent(HWND window, DWORD event);
+// What WM_SETTEXT or WM_ENABLE change for the tools: the name or the state; 0 for an edit's
+// text, which is its value and is reported by the edit itself. Nothing for event 0.
+MIRL_API DWORD AccessibleEventFor(MirlWindowBase *window, UINT message);
 
 } // namespace MIRL

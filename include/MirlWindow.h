@@ -448,16 +448,27 @@ public:
     // map, since not every control's map passes unknown messages on to this one.
     static LRESULT CALLBACK WindowProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
     {
+        // Through the thunk, hWnd is the object.
+        Base *object = reinterpret_cast<Base *>(hWnd);
         if (uMsg == WM_GETOBJECT || uMsg == MIRL::AccessibleMessage()) {
-            // Through the thunk, hWnd is the object.
-            Base *object = reinterpret_cast<Base *>(hWnd);
             BOOL handled = FALSE;
             const LRESULT result = MIRL::AnswerAccessibility(object, uMsg, wParam, lParam, handled);
             if (handled) {
                 return result;
             }
         }
-        return Base::WindowProc(hWnd, uMsg, wParam, lParam);
+        if (uMsg != WM_SETTEXT && uMsg != WM_ENABLE) {
+            return Base::WindowProc(hWnd, uMsg, wParam, lParam);
+        }
+        // A new caption is a new name, a window enabled or disabled a new state: the tools hear
+        // of it once the control has taken it.
+        const HWND window = object->m_hWnd;
+        const DWORD event = MIRL::AccessibleEventFor(object, uMsg);
+        const LRESULT result = Base::WindowProc(hWnd, uMsg, wParam, lParam);
+        if (::IsWindow(window)) {
+            MIRL::NotifyAccessibleEvent(window, event);
+        }
+        return result;
     }
     WNDPROC GetWindowProc() override { return WindowProc; }
 

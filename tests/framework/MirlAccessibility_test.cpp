@@ -8,6 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <commctrl.h>
+
+#include <algorithm>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -130,10 +134,24 @@ TEST_F(SampleWindow, TheTextFamilyReadsAsButtonsCheckBoxesLinksAndText)
     std::vector<DWORD> about = events.About(shuffle);
     EXPECT_NE(about.end(), std::find(about.begin(), about.end(), static_cast<DWORD>(EVENT_OBJECT_STATECHANGE)));
 
-    // A disabled button says so, and its default action does nothing.
+    // A disabled button says so, the tools hear of it, and its default action does nothing.
     HWND stop = Item(L"Backdrop", L"Stop");
+    events.Clear();
     ::EnableWindow(stop, FALSE);
+    mirltest::PumpMessages();
     EXPECT_EQ(STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_UNAVAILABLE, ReadAccessible(stop).state);
+    EXPECT_EQ(std::vector<DWORD>{EVENT_OBJECT_STATECHANGE}, events.About(stop));
+    mirltest::DoDefaultAction(stop);
+    mirltest::PumpMessages();
+    EXPECT_EQ(std::vector<DWORD>{EVENT_OBJECT_STATECHANGE}, events.About(stop));
+
+    // A new caption is a new name.
+    HWND caption = Item(L"Backdrop", L"Title");
+    events.Clear();
+    ::SetWindowTextW(caption, L"Another Player");
+    mirltest::PumpMessages();
+    EXPECT_EQ(L"Another Player", ReadAccessible(caption).name);
+    EXPECT_EQ(std::vector<DWORD>{EVENT_OBJECT_NAMECHANGE}, events.About(caption));
 }
 
 // Sliders, the seek bar, the progress bar, the jog wheel and the scroll bar give their values.
@@ -264,6 +282,35 @@ TEST_F(SampleWindow, TheEditFamilyGivesItsTextAsTheValue)
     std::vector<mirltest::WinEventRecord> changes = events.Of(EVENT_OBJECT_VALUECHANGE);
     ASSERT_EQ(2u, changes.size());
     EXPECT_EQ((mirltest::WinEventRecord{EVENT_OBJECT_VALUECHANGE, search, OBJID_CLIENT, CHILDID_SELF}), changes[1]);
+}
+
+// The number field and its arrows of the settings dialog: editable text and a spin button.
+TEST_F(SampleWindow, TheNumberFieldAndItsSpinGiveTheirNumbers)
+{
+    Open(L"MainFrame");
+    MirlCommonEdit field;
+    MirlSpinCtrl spin;
+    RECT place = {10, 10, 66, 34};
+    ASSERT_NE(nullptr, field.Create(m_Frame.get(), m_Frame->m_hWnd, &place, L"SettingsCrossfade"));
+    RECT beside = {66, 10, 82, 34};
+    ASSERT_NE(nullptr, spin.Create(m_Frame.get(), m_Frame->m_hWnd, &beside, L"SettingsCrossfadeSpin"));
+    WinEventRecorder events;
+    ASSERT_TRUE(events.Hooked());
+    ::SetWindowTextW(field.m_hWnd, L"5");
+    ::SendMessageW(spin.m_hWnd, UDM_SETPOS32, 0, 7);
+    mirltest::PumpMessages();
+    AccessibleReading number = ReadAccessible(field.m_hWnd);
+    EXPECT_EQ(ROLE_SYSTEM_TEXT, number.role);
+    EXPECT_EQ(L"5", number.value);
+    EXPECT_EQ(STATE_SYSTEM_FOCUSABLE, number.state);
+    // The field's text is its value, not its name.
+    std::vector<DWORD> about = events.About(field.m_hWnd);
+    EXPECT_EQ(about.end(), std::find(about.begin(), about.end(), static_cast<DWORD>(EVENT_OBJECT_NAMECHANGE)));
+    AccessibleReading arrows = ReadAccessible(spin.m_hWnd);
+    EXPECT_EQ(ROLE_SYSTEM_SPINBUTTON, arrows.role);
+    EXPECT_EQ(L"7", arrows.value);
+    spin.DestroyWindow();
+    field.DestroyWindow();
 }
 
 // An object outlives its window: it answers that the window is gone, and nothing else.
