@@ -5,6 +5,8 @@
 #include "MirlAccessibleFacts.h"
 #include "MirlWindow.h"
 
+// IIDs come from __uuidof: the x86_64 import library of oleacc declares IID_IAccessible as a
+// function, so the name links to a thunk's code bytes instead of the GUID.
 #include <oleacc.h>
 
 #include <new>
@@ -58,7 +60,7 @@ public:
         if (object == nullptr) {
             return E_POINTER;
         }
-        if (riid == IID_IUnknown || riid == IID_IDispatch || riid == IID_IAccessible) {
+        if (riid == IID_IUnknown || riid == IID_IDispatch || riid == __uuidof(IAccessible)) {
             *object = static_cast<IAccessible *>(this);
             AddRef();
             return S_OK;
@@ -284,7 +286,7 @@ LRESULT AnswerAccessibility(MirlWindowBase *window, UINT message, WPARAM wParam,
             return 0;
         }
         IAccessible *standard = nullptr;
-        if (FAILED(::CreateStdAccessibleObject(window->m_hWnd, OBJID_CLIENT, IID_IAccessible, reinterpret_cast<void **>(&standard))) ||
+        if (FAILED(::CreateStdAccessibleObject(window->m_hWnd, OBJID_CLIENT, __uuidof(IAccessible), reinterpret_cast<void **>(&standard))) ||
             standard == nullptr) {
             return 0;
         }
@@ -293,7 +295,7 @@ LRESULT AnswerAccessibility(MirlWindowBase *window, UINT message, WPARAM wParam,
             standard->Release();
             return 0;
         }
-        LRESULT result = ::LresultFromObject(IID_IAccessible, wParam, static_cast<IAccessible *>(object));
+        LRESULT result = ::LresultFromObject(__uuidof(IAccessible), wParam, static_cast<IAccessible *>(object));
         object->Release();
         bHandled = TRUE;
         return result;

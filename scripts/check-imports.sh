@@ -8,7 +8,7 @@ required=() allowed=()
 while [ $# -gt 0 ] && [ "$1" != "--" ]; do required+=("$1"); shift; done
 [ $# -gt 0 ] && shift
 allowed=("$@")
-system="kernel32.dll user32.dll gdi32.dll gdiplus.dll ole32.dll oleaut32.dll msvcrt.dll comctl32.dll uxtheme.dll imm32.dll shell32.dll advapi32.dll"
+system="kernel32.dll user32.dll gdi32.dll gdiplus.dll ole32.dll oleaut32.dll msvcrt.dll comctl32.dll uxtheme.dll imm32.dll shell32.dll advapi32.dll oleacc.dll"
 imports=$("$objdump" -p "$file" | sed -n 's/^\s*DLL Name: //p' | tr 'A-Z' 'a-z')
 status=0
 for name in "${required[@]}"; do

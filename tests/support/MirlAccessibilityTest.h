@@ -34,7 +34,7 @@ private:
 inline IAccessible *ClientObject(HWND window)
 {
     IAccessible *object = nullptr;
-    if (FAILED(::AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
+    if (FAILED(::AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
                                             reinterpret_cast<void **>(&object)))) {
         return nullptr;
     }
@@ -114,7 +114,7 @@ inline std::vector<HWND> AccessibleChildWindows(HWND window)
         VARIANT &child = children[static_cast<size_t>(i)];
         if (child.vt == VT_DISPATCH && child.pdispVal != nullptr) {
             IAccessible *part = nullptr;
-            if (SUCCEEDED(child.pdispVal->QueryInterface(IID_IAccessible, reinterpret_cast<void **>(&part)))) {
+            if (SUCCEEDED(child.pdispVal->QueryInterface(__uuidof(IAccessible), reinterpret_cast<void **>(&part)))) {
                 HWND found = nullptr;
                 if (SUCCEEDED(::WindowFromAccessibleObject(part, &found)) && found != nullptr) {
                     windows.push_back(found);

@@ -43,7 +43,7 @@ std::wstring Quoted(const std::wstring &text)
 void Walk(HWND window, int depth, std::vector<std::wstring> &lines)
 {
     IAccessible *object = nullptr;
-    if (FAILED(::AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
+    if (FAILED(::AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
                                             reinterpret_cast<void **>(&object))) ||
         object == nullptr) {
         return;
@@ -101,7 +101,7 @@ void Walk(HWND window, int depth, std::vector<std::wstring> &lines)
                 HWND found = nullptr;
                 if (child.vt == VT_DISPATCH && child.pdispVal != nullptr) {
                     IAccessible *part = nullptr;
-                    if (SUCCEEDED(child.pdispVal->QueryInterface(IID_IAccessible, reinterpret_cast<void **>(&part)))) {
+                    if (SUCCEEDED(child.pdispVal->QueryInterface(__uuidof(IAccessible), reinterpret_cast<void **>(&part)))) {
                         ::WindowFromAccessibleObject(part, &found);
                         part->Release();
                     }
