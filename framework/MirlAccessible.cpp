@@ -10,16 +10,65 @@
 #include <oleacc.h>
 
 #include <new>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace {
+
+// The answers being waited for. The private message is a number any program may send with any
+// lParam: a window writes its description only into one that an object of ours is waiting on.
+SRWLOCK g_WaitingLock = SRWLOCK_INIT;
+std::set<const MirlAccessibleFacts *> &Waiting()
+{
+    static std::set<const MirlAccessibleFacts *> waiting;
+    return waiting;
+}
+
+bool IsWaitedFor(const MirlAccessibleFacts *facts)
+{
+    ::AcquireSRWLockShared(&g_WaitingLock);
+    const bool waited = Waiting().count(facts) != 0;
+    ::ReleaseSRWLockShared(&g_WaitingLock);
+    return waited;
+}
+
+class WaitFor {
+public:
+    explicit WaitFor(const MirlAccessibleFacts *facts) : m_Facts(facts)
+    {
+        if (m_Facts != nullptr) {
+            ::AcquireSRWLockExclusive(&g_WaitingLock);
+            m_Added = Waiting().insert(m_Facts).second;
+            ::ReleaseSRWLockExclusive(&g_WaitingLock);
+        }
+    }
+    WaitFor(const WaitFor &) = delete;
+    WaitFor &operator=(const WaitFor &) = delete;
+    ~WaitFor()
+    {
+        if (m_Added) {
+            ::AcquireSRWLockExclusive(&g_WaitingLock);
+            Waiting().erase(m_Facts);
+            ::ReleaseSRWLockExclusive(&g_WaitingLock);
+        }
+    }
+    bool added() const { return m_Facts == nullptr || m_Added; }
+
+private:
+    const MirlAccessibleFacts *m_Facts;
+    bool m_Added = false;
+};
 
 // The object's window answers on its own thread; a window that has gone answers nothing.
 bool AskWindow(HWND window, MIRL::AccessibleRequest request, MirlAccessibleFacts *facts)
 {
     DWORD_PTR answer = 0;
     if (!::IsWindow(window)) {
+        return false;
+    }
+    WaitFor waiting(facts);
+    if (!waiting.added()) {
         return false;
     }
     // The timeout keeps an assistive tool from hanging on a window whose thread is busy.
@@ -306,7 +355,7 @@ LRESULT AnswerAccessibility(MirlWindowBase *window, UINT message, WPARAM wParam,
     bHandled = TRUE;
     // No exception leaves a window procedure: a description that can't be made is no answer.
     try {
-        if (wParam == AccessibleDescribe && lParam != 0) {
+        if (wParam == AccessibleDescribe && lParam != 0 && IsWaitedFor(reinterpret_cast<const MirlAccessibleFacts *>(lParam))) {
             MirlAccessibleFacts &facts = *reinterpret_cast<MirlAccessibleFacts *>(lParam);
             DescribeWindow(window, facts);
             return 1;

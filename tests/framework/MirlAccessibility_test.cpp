@@ -313,6 +313,18 @@ TEST_F(SampleWindow, TheNumberFieldAndItsSpinGiveTheirNumbers)
     field.DestroyWindow();
 }
 
+// The private message is a number any program can send: with a buffer no object of the library
+// waits on, the window writes nothing and answers 0.
+TEST_F(SampleWindow, TheDescriptionMessageWritesOnlyWhereAnObjectWaits)
+{
+    Open(L"MainFrame");
+    std::vector<unsigned char> buffer(512, 0xAB);
+    EXPECT_EQ(0, ::SendMessageW(Item(L"Backdrop", L"Play"), MIRL::AccessibleMessage(), MIRL::AccessibleDescribe,
+                                reinterpret_cast<LPARAM>(buffer.data())));
+    EXPECT_EQ(std::vector<unsigned char>(512, 0xAB), buffer);
+    EXPECT_EQ(0, ::SendMessageW(Item(L"Backdrop", L"Play"), MIRL::AccessibleMessage(), MIRL::AccessibleDescribe, 0));
+}
+
 // An object outlives its window: it answers that the window is gone, and nothing else.
 TEST_F(SampleWindow, AnObjectWhoseWindowIsGoneSaysSo)
 {
