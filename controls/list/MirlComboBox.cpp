@@ -156,8 +156,10 @@ LRESULT MirlComboBox::OnSize(UINT, WPARAM, LPARAM lParam, BOOL &bHandled)
     if (parent != NULL && (GetWindowLongW(GWL_STYLE) & WS_CHILD)) {
         ::MapWindowPoints(NULL, parent, reinterpret_cast<POINT *>(&place), 2);
     }
+    // The window's own width: the same as the message's when the system sends it, and a
+    // WM_SIZE sent by hand cannot shrink the control to nothing.
     if (HIWORD(lParam) != m_Height) {
-        MoveWindow(place.left, place.top, width, m_Height, TRUE);
+        MoveWindow(place.left, place.top, place.right - place.left, m_Height, TRUE);
     }
     Invalidate();
     return 0;
