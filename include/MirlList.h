@@ -260,6 +260,8 @@ protected:
     void ArrangeTitles(int x);
     void ArrangeItems(int x, int y);
     void ArrangeLayout(int width, int height);
+    // Moves a bar to place when shown, and shows or hides it.
+    void PlaceBar(HWND bar, bool shown, const RECT &place);
     void CancelHover();
     void FreeHeaderImages();
     void InvalidateTitle();

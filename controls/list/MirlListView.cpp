@@ -355,6 +355,20 @@ int MirlListView::ScrollPos(HWND bar) const
     return bar != NULL && ::GetScrollInfo(bar, SB_CTL, &info) ? info.nPos : 0;
 }
 
+void MirlListView::PlaceBar(HWND bar, bool shown, const RECT &place)
+{
+    // Appending rows lays out again each time: a bar already where it should be is left alone.
+    RECT now = {};
+    ::GetWindowRect(bar, &now);
+    ::MapWindowPoints(NULL, m_hWnd, reinterpret_cast<POINT *>(&now), 2);
+    if (shown && !::EqualRect(&now, &place)) {
+        ::MoveWindow(bar, place.left, place.top, place.right - place.left, place.bottom - place.top, FALSE);
+    }
+    if (((::GetWindowLongW(bar, GWL_STYLE) & WS_VISIBLE) != 0) != shown) {
+        ::ShowWindow(bar, shown ? SW_SHOW : SW_HIDE);
+    }
+}
+
 void MirlListView::ArrangeLayout(int width, int height)
 {
     RECT bar = {};
@@ -385,22 +399,14 @@ void MirlListView::ArrangeLayout(int width, int height)
         info.nMin = 0;
         info.nMax = out.hMax;
         ::SetScrollInfo(m_HScrollBar, SB_CTL, &info, FALSE);
-        if (out.needH) {
-            ::MoveWindow(m_HScrollBar, out.hBar.left, out.hBar.top, out.hBar.right - out.hBar.left,
-                         out.hBar.bottom - out.hBar.top, FALSE);
-        }
-        ::ShowWindow(m_HScrollBar, out.needH ? SW_SHOW : SW_HIDE);
+        PlaceBar(m_HScrollBar, out.needH, out.hBar);
     }
     if (m_VScrollBar != NULL) {
         info.nPos = ScrollPos(m_VScrollBar);
         info.nMin = 0;
         info.nMax = out.vMax;
         ::SetScrollInfo(m_VScrollBar, SB_CTL, &info, FALSE);
-        if (out.needV) {
-            ::MoveWindow(m_VScrollBar, out.vBar.left, out.vBar.top, out.vBar.right - out.vBar.left,
-                         out.vBar.bottom - out.vBar.top, FALSE);
-        }
-        ::ShowWindow(m_VScrollBar, out.needV ? SW_SHOW : SW_HIDE);
+        PlaceBar(m_VScrollBar, out.needV, out.vBar);
     }
     // The content returns to offset 0 while the bars stay: the next scroll brings them together.
     ArrangeItems(0, 0);
