@@ -328,16 +328,42 @@ void MirlListView::ArrangeItems(int x, int y)
         m_FirstVisibleIndex = 0;
     }
     long long top = firstTop + static_cast<long long>(pitch) * static_cast<long long>(index);
-    for (std::list<INFORMATION_ITEM *>::iterator it = from; it != m_Items.end(); ++it, ++index) {
+    const LONG left = -x;
+    const LONG right = ClampToInt(static_cast<long long>(totalWidth) - x);
+    const long long last = top + static_cast<long long>(pitch) * static_cast<long long>(m_Items.size() - index);
+    std::list<INFORMATION_ITEM *>::iterator it = from;
+    // Until the first visible row is found, then without that test; in int arithmetic when every
+    // edge fits, which is every list shorter than about two billion pixels.
+    for (; it != m_Items.end() && m_FirstVisible == m_Items.end(); ++it, ++index) {
         INFORMATION_ITEM *item = *it;
-        item->rect.left = -x;
-        item->rect.right = ClampToInt(static_cast<long long>(totalWidth) - x);
+        item->rect.left = left;
+        item->rect.right = right;
         item->rect.top = ClampToInt(top);
         top += pitch;
         item->rect.bottom = ClampToInt(top);
-        if (m_FirstVisible == m_Items.end() && top >= m_RowsRect.top) {
+        if (top >= m_RowsRect.top) {
             m_FirstVisible = it;
             m_FirstVisibleIndex = index;
+        }
+    }
+    if (top >= INT_MIN && last <= INT_MAX && pitch >= 0) {
+        LONG edge = static_cast<LONG>(top);
+        for (; it != m_Items.end(); ++it) {
+            RECT &rect = (*it)->rect;
+            rect.left = left;
+            rect.right = right;
+            rect.top = edge;
+            edge += pitch;
+            rect.bottom = edge;
+        }
+    } else {
+        for (; it != m_Items.end(); ++it) {
+            RECT &rect = (*it)->rect;
+            rect.left = left;
+            rect.right = right;
+            rect.top = ClampToInt(top);
+            top += pitch;
+            rect.bottom = ClampToInt(top);
         }
     }
     m_LaidCount = m_Items.size();
