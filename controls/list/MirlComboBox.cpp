@@ -141,7 +141,6 @@ LRESULT MirlComboBox::OnDestroy(UINT, WPARAM, LPARAM, BOOL &bHandled)
 
 LRESULT MirlComboBox::OnSize(UINT, WPARAM, LPARAM lParam, BOOL &bHandled)
 {
-    Base::OnSize(WM_SIZE, 0, lParam, bHandled);
     const int width = LOWORD(lParam);
     m_Open = false;
     m_DropRoom = 128 - m_Height;
@@ -149,18 +148,21 @@ LRESULT MirlComboBox::OnSize(UINT, WPARAM, LPARAM lParam, BOOL &bHandled)
     m_HitRect.top = 0;
     m_HitRect.right = width;
     m_HitRect.bottom = m_Height;
-    // The height is the face's, not the layout's to choose.
+    // The height is the face's, not the layout's to choose. The move's own WM_SIZE lays the
+    // children out: doing it here as well would double the work at every level of a nested tree.
+    // The window's own width is kept: the same as the message's when the system sends it, and a
+    // WM_SIZE sent by hand cannot shrink the control to nothing.
     RECT place = {};
     GetWindowRect(&place);
     HWND parent = GetParent();
     if (parent != NULL && (GetWindowLongW(GWL_STYLE) & WS_CHILD)) {
         ::MapWindowPoints(NULL, parent, reinterpret_cast<POINT *>(&place), 2);
     }
-    // The window's own width: the same as the message's when the system sends it, and a
-    // WM_SIZE sent by hand cannot shrink the control to nothing.
-    if (HIWORD(lParam) != m_Height) {
+    if (HIWORD(lParam) != m_Height && place.bottom - place.top != m_Height) {
         MoveWindow(place.left, place.top, place.right - place.left, m_Height, TRUE);
+        return 0;
     }
+    Base::OnSize(WM_SIZE, 0, lParam, bHandled);
     Invalidate();
     return 0;
 }
