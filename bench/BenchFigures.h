@@ -9,6 +9,8 @@
 //   RunMemoryProbe       the fresh process of MeasureMemory
 //   MeasureTyping        a typed character in an edit of 1,000 characters / the system's EDIT,
 //                        and / the same edit at 10 characters
+//   MeasureLists         appending 10,000 rows / the system's list view in report style; one
+//                        page painted and one page scrolled in 100,000 rows / 100 and 1,000
 #pragma once
 
 #include "BenchSupport.h"
@@ -28,5 +30,7 @@ std::vector<Figure> MeasureMemory(int repetitions);
 int RunMemoryProbe(const wchar_t *kind);
 // Typing against the system's EDIT, then at 1,000 characters against at 10.
 std::vector<Figure> MeasureTyping(int repetitions);
+// Append, then paint, then scroll.
+std::vector<Figure> MeasureLists(int repetitions);
 
 } // namespace mirlbench

@@ -1,6 +1,6 @@
 // The benchmark: each figure of the library beside a baseline that does the same work with the
 // platform alone, measured in one process, interleaved, and printed as one table of medians.
-//   mirl_bench [--repetitions N] [--only load,lookup,tree,paint,typing,memory] [--png PAINT.png]
+//   mirl_bench [--repetitions N] [--only load,lookup,tree,paint,typing,lists,memory] [--png PAINT.png]
 // The skins are those the build wrote into the "skins" folder beside the program.
 #include "BenchFigures.h"
 
@@ -19,7 +19,7 @@ const int kMinimumRepetitions = 7;
 int Usage()
 {
     std::fprintf(stderr,
-                 "usage: mirl_bench [--repetitions N (at least %d)] [--only load,lookup,tree,paint,typing,memory] "
+                 "usage: mirl_bench [--repetitions N (at least %d)] [--only load,lookup,tree,paint,typing,lists,memory] "
                  "[--png PAINT.png]\n",
                  kMinimumRepetitions);
     return 2;
@@ -95,6 +95,18 @@ std::vector<Figure> RunFigures(int repetitions, const std::wstring &only, const 
                 const std::vector<Figure> typing = mirlbench::MeasureTyping(repetitions);
                 figures.insert(figures.end(), typing.begin(), typing.end());
             }
+        } catch (...) {
+            MirlUnIntialize();
+            throw;
+        }
+        MirlUnIntialize();
+    }
+    if (Wanted(only, L"lists")) {
+        Progress("list view");
+        MirlIntialize(mirlbench::BenchSkinPath(L"bench_windows").c_str(), 1033);
+        try {
+            const std::vector<Figure> lists = mirlbench::MeasureLists(repetitions);
+            figures.insert(figures.end(), lists.begin(), lists.end());
         } catch (...) {
             MirlUnIntialize();
             throw;

@@ -6,6 +6,7 @@
 #include "MirlCommonEdit.h"
 #include "MirlEdit.h"
 #include "MirlGroupBox.h"
+#include "MirlList.h"
 #include "MirlWindow.h"
 
 #include <cwchar>
@@ -42,11 +43,11 @@ const WindowClassRow kWindowClasses[] = {
     {L"SCROLLBAR", &MakeWindow<MirlScrollBar>},
     {L"TOOLBAR", &MakeWindow<MirlToolbar>},
     {L"SPLITTER", &MakeWindow<MirlSplitter>},
-    {L"COMBOBOX", NULL},      // MirlComboBox
+    {L"COMBOBOX", &MakeWindow<MirlComboBox>},
     {L"INCHINGSWITCH", &MakeWindow<MirlInchingSwitch>},
     {L"PROGRESS", &MakeWindow<MirlProgressBar>},
     {L"OUTLOOK", &MakeWindow<MIRLOutlookCtrl>},
-    {L"LISTVIEW", NULL},      // MirlListView
+    {L"LISTVIEW", &MakeWindow<MirlListView>},
     {L"SLIDER", &MakeWindow<MirlSlider>},
     {L"TRACKBAR", &MakeWindow<MirlTrackBar>},
     {L"SEEK", &MakeWindow<MirlMediaSeekBar>},

@@ -19,3 +19,4 @@
 #include "MirlCommonEdit.h"
 #include "MirlEdit.h"
 #include "MirlGroupBox.h"
+#include "MirlList.h"

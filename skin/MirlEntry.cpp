@@ -1,7 +1,7 @@
 #include "MirlEntry.h"
 
 #include "MirlException.h"
-#include "MirlPopupSeam.h"
+#include "MirlList.h"
 #include "MirlSkin.h"
 
 #include <algorithm>
@@ -82,7 +82,7 @@ void MirlIntialize(const wchar_t *skinPath, unsigned int language)
 
 void MirlUnIntialize()
 {
-    MIRL::FinalDestroyProcessPopup();
+    MirlMenuWindow::FinalDestroy();
     if (g_Ui == nullptr) {
         return;
     }

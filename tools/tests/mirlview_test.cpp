@@ -518,3 +518,31 @@ TEST(MirlView, TheNumberFieldAndItsSpinArePainted)
     EXPECT_GT(arrows, 100) << "the up-down paints itself";
     DeleteFileW(png.c_str());
 }
+
+// The list family through mirlview: the combo box's face (blue caps, forced to the image's 24
+// pixels) and the list view's empty header ("VistaBtn0", olive caps).
+TEST(MirlView, RendersTheComboBoxAndTheListView)
+{
+    struct Row {
+        const wchar_t *name;
+        int x;
+        int y;
+        COLORREF colour;
+    };
+    // In the frame: the combo box at (10, 10), the list view at (10, 50).
+    const Row rows[] = {{L"combo", 12, 12, RGB(0, 0, 200)}, {L"list", 11, 55, RGB(128, 128, 0)}};
+    for (const Row &row : rows) {
+        std::wstring png = TempPng(row.name);
+        RunResult result = RunTool(L"mirlview.exe", Quote(Skin(L"lists")) + L" ListFrame --png " + Quote(png));
+        ASSERT_TRUE(result.finished) << row.name;
+        ASSERT_EQ(0u, result.exitCode) << row.name;
+        {
+            Gdiplus::Bitmap bitmap(png.c_str());
+            ASSERT_EQ(Gdiplus::Ok, bitmap.GetLastStatus()) << row.name;
+            Gdiplus::Color pixel;
+            bitmap.GetPixel(row.x, row.y, &pixel);
+            EXPECT_EQ(row.colour, RGB(pixel.GetR(), pixel.GetG(), pixel.GetB())) << row.name;
+        }
+        DeleteFileW(png.c_str());
+    }
+}
