@@ -84,6 +84,12 @@ bool IsSelf(const VARIANT &child)
     return child.vt == VT_I4 && child.lVal == CHILDID_SELF;
 }
 
+// A part of the control (a list row, a menu row) named by its child id.
+bool IsPart(const VARIANT &child)
+{
+    return child.vt == VT_I4 && child.lVal > 0;
+}
+
 HRESULT Text(const std::wstring &text, BSTR *out)
 {
     if (out == nullptr) {
@@ -149,7 +155,8 @@ public:
         if (count == nullptr) {
             return E_INVALIDARG;
         }
-        *count = static_cast<long>(ChildWindows().size());
+        MirlAccessibleFacts facts;
+        *count = static_cast<long>(ChildWindows().size()) + (Ask(facts) ? facts.itemCount : 0);
         return S_OK;
     }
     STDMETHODIMP get_accChild(VARIANT child, IDispatch **object) override
@@ -161,11 +168,18 @@ public:
         if (child.vt != VT_I4) {
             return E_INVALIDARG;
         }
+        // Parts come first and are simple elements: the caller asks this object about them.
+        MirlAccessibleFacts facts;
+        const long parts = Ask(facts) ? facts.itemCount : 0;
+        if (child.lVal >= 1 && child.lVal <= parts) {
+            return S_FALSE;
+        }
         const std::vector<HWND> windows = ChildWindows();
-        if (child.lVal < 1 || static_cast<size_t>(child.lVal) > windows.size()) {
+        const long index = child.lVal - parts;
+        if (index < 1 || static_cast<size_t>(index) > windows.size()) {
             return E_INVALIDARG;
         }
-        return ::AccessibleObjectFromWindow(windows[static_cast<size_t>(child.lVal - 1)], static_cast<DWORD>(OBJID_WINDOW),
+        return ::AccessibleObjectFromWindow(windows[static_cast<size_t>(index - 1)], static_cast<DWORD>(OBJID_WINDOW),
                                             IID_IDispatch, reinterpret_cast<void **>(object));
     }
     STDMETHODIMP get_accDescription(VARIANT child, BSTR *text) override { return m_Standard->get_accDescription(child, text); }
@@ -183,7 +197,21 @@ public:
     STDMETHODIMP accSelect(long flags, VARIANT child) override { return m_Standard->accSelect(flags, child); }
     STDMETHODIMP accLocation(long *x, long *y, long *width, long *height, VARIANT child) override
     {
-        return m_Standard->accLocation(x, y, width, height, child);
+        if (!IsPart(child)) {
+            return m_Standard->accLocation(x, y, width, height, child);
+        }
+        if (x == nullptr || y == nullptr || width == nullptr || height == nullptr) {
+            return E_INVALIDARG;
+        }
+        MirlAccessibleFacts facts;
+        if (!AskPart(child, facts)) {
+            return E_INVALIDARG;
+        }
+        *x = facts.location.left;
+        *y = facts.location.top;
+        *width = facts.location.right - facts.location.left;
+        *height = facts.location.bottom - facts.location.top;
+        return S_OK;
     }
     STDMETHODIMP accNavigate(long direction, VARIANT start, VARIANT *end) override
     {
@@ -196,19 +224,25 @@ public:
     // IAccessible: what the control knows.
     STDMETHODIMP get_accName(VARIANT child, BSTR *text) override
     {
+        MirlAccessibleFacts facts;
+        if (IsPart(child)) {
+            return AskPart(child, facts) ? Text(facts.name, text) : NoPart(text);
+        }
         if (!IsSelf(child)) {
             return m_Standard->get_accName(child, text);
         }
-        MirlAccessibleFacts facts;
         return Ask(facts) ? Text(facts.name, text) : Gone(text);
     }
     STDMETHODIMP get_accValue(VARIANT child, BSTR *text) override
     {
-        if (!IsSelf(child)) {
-            return m_Standard->get_accValue(child, text);
-        }
         MirlAccessibleFacts facts;
-        if (!Ask(facts)) {
+        if (IsPart(child)) {
+            if (!AskPart(child, facts)) {
+                return NoPart(text);
+            }
+        } else if (!IsSelf(child)) {
+            return m_Standard->get_accValue(child, text);
+        } else if (!Ask(facts)) {
             return Gone(text);
         }
         if (!facts.hasValue) {
@@ -226,14 +260,14 @@ public:
     }
     STDMETHODIMP get_accRole(VARIANT child, VARIANT *role) override
     {
-        if (!IsSelf(child)) {
+        if (!IsSelf(child) && !IsPart(child)) {
             return m_Standard->get_accRole(child, role);
         }
         if (role == nullptr) {
             return E_INVALIDARG;
         }
         MirlAccessibleFacts facts;
-        if (!Ask(facts)) {
+        if (IsPart(child) ? !AskPart(child, facts) : !Ask(facts)) {
             ::VariantInit(role);
             return RPC_E_DISCONNECTED;
         }
@@ -243,14 +277,14 @@ public:
     }
     STDMETHODIMP get_accState(VARIANT child, VARIANT *state) override
     {
-        if (!IsSelf(child)) {
+        if (!IsSelf(child) && !IsPart(child)) {
             return m_Standard->get_accState(child, state);
         }
         if (state == nullptr) {
             return E_INVALIDARG;
         }
         MirlAccessibleFacts facts;
-        if (!Ask(facts)) {
+        if (IsPart(child) ? !AskPart(child, facts) : !Ask(facts)) {
             ::VariantInit(state);
             return RPC_E_DISCONNECTED;
         }
@@ -260,10 +294,13 @@ public:
     }
     STDMETHODIMP get_accDefaultAction(VARIANT child, BSTR *text) override
     {
+        MirlAccessibleFacts facts;
+        if (IsPart(child)) {
+            return AskPart(child, facts) ? Text(facts.defaultAction, text) : NoPart(text);
+        }
         if (!IsSelf(child)) {
             return m_Standard->get_accDefaultAction(child, text);
         }
-        MirlAccessibleFacts facts;
         return Ask(facts) ? Text(facts.defaultAction, text) : Gone(text);
     }
     STDMETHODIMP accDoDefaultAction(VARIANT child) override
@@ -293,6 +330,20 @@ private:
     }
 
     bool Ask(MirlAccessibleFacts &facts) const { return AskWindow(m_Window, MIRL::AccessibleDescribe, &facts); }
+    bool AskPart(const VARIANT &child, MirlAccessibleFacts &facts) const
+    {
+        facts.item = child.lVal;
+        return AskWindow(m_Window, MIRL::AccessibleDescribeItem, &facts);
+    }
+
+    // A part that isn't there, or a window that is gone.
+    HRESULT NoPart(BSTR *text) const
+    {
+        if (text != nullptr) {
+            *text = nullptr;
+        }
+        return ::IsWindow(m_Window) ? E_INVALIDARG : RPC_E_DISCONNECTED;
+    }
 
     static HRESULT Gone(BSTR *text)
     {
@@ -359,6 +410,10 @@ LRESULT AnswerAccessibility(MirlWindowBase *window, UINT message, WPARAM wParam,
             MirlAccessibleFacts &facts = *reinterpret_cast<MirlAccessibleFacts *>(lParam);
             DescribeWindow(window, facts);
             return 1;
+        }
+        if (wParam == AccessibleDescribeItem && lParam != 0 && IsWaitedFor(reinterpret_cast<const MirlAccessibleFacts *>(lParam))) {
+            MirlAccessibleFacts &facts = *reinterpret_cast<MirlAccessibleFacts *>(lParam);
+            return DescribeItem(window, facts) ? 1 : 0;
         }
         if (wParam == AccessibleDoDefault) {
             return DoDefaultAction(window) ? 1 : 0;

@@ -7,6 +7,8 @@
 #include <oleacc.h>
 
 #include <cstdio>
+#include <iterator>
+#include <list>
 #include <string>
 
 namespace {
@@ -184,11 +186,76 @@ void DescribeWindow(MirlWindowBase *window, MirlAccessibleFacts &facts)
         Value(facts, Percent(progress->GetShownPos() - min, progress->GetShownMax() - min));
     } else if (dynamic_cast<MirlToolbar *>(window) != nullptr || dynamic_cast<MIRLOutlookCtrl *>(window) != nullptr) {
         facts.role = ROLE_SYSTEM_PAGETABLIST;
+    } else if (MirlListView *list = dynamic_cast<MirlListView *>(window)) {
+        facts.role = ROLE_SYSTEM_LIST;
+        facts.state |= STATE_SYSTEM_FOCUSABLE | (list->GetAllowMultiSelection() ? STATE_SYSTEM_MULTISELECTABLE : 0);
+        facts.itemCount = list->GetItemCount();
+    } else if (MirlComboBox *combo = dynamic_cast<MirlComboBox *>(window)) {
+        facts.role = ROLE_SYSTEM_COMBOBOX;
+        facts.state |= STATE_SYSTEM_FOCUSABLE;
+        facts.name = window->GetToolTip();
+        const wchar_t *text = combo->GetWindowTextW();
+        Value(facts, text != nullptr ? text : L"");
+    } else if (MirlMenuWindow *menu = dynamic_cast<MirlMenuWindow *>(window)) {
+        facts.role = ROLE_SYSTEM_MENUPOPUP;
+        facts.itemCount = menu->GetItemCount();
     } else if (dynamic_cast<MirlGroupBox *>(window) != nullptr) {
         facts.role = ROLE_SYSTEM_GROUPING;
     } else if (dynamic_cast<MirlSplitter *>(window) != nullptr) {
         facts.role = ROLE_SYSTEM_SEPARATOR;
     }
+}
+
+bool DescribeItem(MirlWindowBase *window, MirlAccessibleFacts &facts)
+{
+    const long wanted = facts.item;
+    facts = MirlAccessibleFacts();
+    facts.item = wanted;
+    HWND hwnd = window->m_hWnd;
+    RECT place = {};
+    if (MirlListView *list = dynamic_cast<MirlListView *>(window)) {
+        if (wanted < 1 || wanted > list->GetItemCount()) {
+            return false;
+        }
+        std::list<MirlListView::INFORMATION_ITEM *>::const_iterator row = list->GetItems()->begin();
+        std::advance(row, wanted - 1);
+        const MirlListView::INFORMATION_ITEM *item = *row;
+        if (item == nullptr) {
+            return false;
+        }
+        facts.role = ROLE_SYSTEM_LISTITEM;
+        for (int column = 0; column < list->GetColumnCount(); ++column) {
+            const std::wstring cell = item->GetCellText(column);
+            if (!cell.empty()) {
+                facts.name += (facts.name.empty() ? L"" : L", ") + cell;
+            }
+        }
+        facts.state = STATE_SYSTEM_SELECTABLE | (item->selected ? STATE_SYSTEM_SELECTED : 0);
+        RECT shown = {};
+        if (!::IntersectRect(&shown, &item->rect, &list->GetRowsRect())) {
+            facts.state |= STATE_SYSTEM_INVISIBLE | STATE_SYSTEM_OFFSCREEN;
+        }
+        place = item->rect;
+    } else if (MirlMenuWindow *menu = dynamic_cast<MirlMenuWindow *>(window)) {
+        if (wanted < 1 || wanted > menu->GetItemCount()) {
+            return false;
+        }
+        std::list<MirlMenuWindow::MENU_ITEM *>::const_iterator row = menu->GetItems().begin();
+        std::advance(row, wanted - 1);
+        const MirlMenuWindow::MENU_ITEM *item = *row;
+        if (item == nullptr) {
+            return false;
+        }
+        facts.role = ROLE_SYSTEM_MENUITEM;
+        facts.name = item->text;
+        facts.state = menu->GetHoverItem() == item ? STATE_SYSTEM_FOCUSED | STATE_SYSTEM_HOTTRACKED : 0;
+        place = item->rect;
+    } else {
+        return false;
+    }
+    ::MapWindowPoints(hwnd, nullptr, reinterpret_cast<POINT *>(&place), 2);
+    facts.location = place;
+    return true;
 }
 
 DWORD AccessibleEventFor(MirlWindowBase *window, UINT message)

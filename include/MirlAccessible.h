@@ -14,7 +14,7 @@ namespace MIRL {
 // The private message by which the accessible object asks the window, on the window's thread,
 // for what it is (wParam AccessibleDescribe, lParam the answer) or has it do its default action
 // (wParam AccessibleDoDefault): the object holds the window's handle only, never a pointer.
-enum AccessibleRequest { AccessibleDescribe = 1, AccessibleDoDefault = 2 };
+enum AccessibleRequest { AccessibleDescribe = 1, AccessibleDoDefault = 2, AccessibleDescribeItem = 3 };
 MIRL_API UINT AccessibleMessage();
 
 // The window's answer to WM_GETOBJECT and to AccessibleMessage(); anything else is left

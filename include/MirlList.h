@@ -113,6 +113,7 @@ protected:
     void CancelHover();
     // Hover off, capture given back, hidden: how every dismissal ends.
     void Dismiss(bool releaseCapture);
+    void EndShowing();
     void OnFinalMessage(HWND hWnd) override;
 
     MirlWindowBase *m_Holder;
@@ -153,6 +154,9 @@ public:
         virtual void OnAdded();
         // By ClearItems, just before the row is deleted.
         virtual void OnRemoved();
+        // The text a screen reader reads for one cell; by default none. A row is named by its
+        // cells' texts in column order.
+        virtual std::wstring GetCellText(int column) const;
 
         bool selected;
         RECT rect;

@@ -320,6 +320,7 @@ LRESULT MirlComboBox::OnMenuCmd(UINT, UINT id, HWND, BOOL &)
         return 0;
     }
     SetCurSel(static_cast<int>(id) - 1);
+    MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_VALUECHANGE);
     ::SendMessageW(GetParent(), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(), CBN_SELCHANGE), reinterpret_cast<LPARAM>(m_hWnd));
     return 0;
 }

@@ -41,6 +41,11 @@ void MirlListView::INFORMATION_ITEM::OnAdded() {}
 
 void MirlListView::INFORMATION_ITEM::OnRemoved() {}
 
+std::wstring MirlListView::INFORMATION_ITEM::GetCellText(int) const
+{
+    return std::wstring();
+}
+
 // ---------------------------------------------------------------------------------------------
 // MirlListView
 
@@ -655,6 +660,9 @@ LRESULT MirlListView::OnLButtonDown(UINT uMsg, WPARAM wParam, LPARAM lParam, BOO
             if (::PtInRect(&item->rect, point)) {
                 if (!item->selected) {
                     rowsChanged = true;
+                    // The row's child id counts from 1, after no other part.
+                    ::NotifyWinEvent(keep ? EVENT_OBJECT_SELECTIONADD : EVENT_OBJECT_SELECTION, m_hWnd, OBJID_CLIENT,
+                                     static_cast<LONG>(std::distance(m_Items.begin(), it)) + 1);
                 }
                 item->selected = true;
                 ::SendMessageW(GetParent(), notice, reinterpret_cast<WPARAM>(item), 0);

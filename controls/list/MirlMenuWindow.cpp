@@ -197,11 +197,15 @@ LRESULT MirlMenuWindow::OnCreate(UINT, WPARAM, LPARAM, BOOL &)
     SetCapture();
     m_ItemsHeight = GetNeededHeight() - MIRL::kMenuRowsTop;
     ReAdjustRect();
+    if (IsWindowVisible()) {
+        ::NotifyWinEvent(EVENT_SYSTEM_MENUPOPUPSTART, m_hWnd, OBJID_CLIENT, CHILDID_SELF);
+    }
     return 0;
 }
 
 LRESULT MirlMenuWindow::OnDestroy(UINT, WPARAM, LPARAM, BOOL &bHandled)
 {
+    EndShowing();
     ClearItems();
     Base::OnDestroy(WM_DESTROY, 0, 0, bHandled);
     bHandled = FALSE;
@@ -276,6 +280,15 @@ void MirlMenuWindow::Dismiss(bool releaseCapture)
         ::ReleaseCapture();
     }
     ShowWindow(SW_HIDE);
+    EndShowing();
+}
+
+// The tools hear once that the popup is gone, however it went.
+void MirlMenuWindow::EndShowing()
+{
+    if (m_Showing && m_hWnd != NULL) {
+        ::NotifyWinEvent(EVENT_SYSTEM_MENUPOPUPEND, m_hWnd, OBJID_CLIENT, CHILDID_SELF);
+    }
     m_Showing = false;
 }
 
@@ -352,7 +365,7 @@ LRESULT MirlMenuWindow::OnCaptureChanged(UINT, WPARAM, LPARAM lParam, BOOL &bHan
     if (m_MouseInside && reinterpret_cast<HWND>(lParam) != m_hWnd) {
         ::ReleaseCapture();
         ShowWindow(SW_HIDE);
-        m_Showing = false;
+        EndShowing();
     }
     bHandled = FALSE;
     return 0;
