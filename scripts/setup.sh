@@ -4,6 +4,7 @@
 #   - Wine (32- and 64-bit loaders), its fonts, Liberation fonts, Xvfb
 #   - Debian's zlib source package, for minizip, unpacked in a cache outside the work tree
 #   - one Wine prefix for every test run, created by the 64-bit loader so that it runs both
+#   - the zh_CN.UTF-8 locale (Wine under code page 936 for the input-method tests), in the cache
 set -euo pipefail
 
 CACHE=${MIRL_CACHE:-$HOME/.cache/mirl}
@@ -17,7 +18,7 @@ if [ "$(id -u)" != 0 ]; then SUDO="sudo"; fi
 
 PACKAGES=(mingw-w64 g++-mingw-w64-i686 g++-mingw-w64-x86-64 libz-mingw-w64-dev
           cmake ninja-build googletest wine wine32:i386 wine64 libwine:amd64 libwine:i386
-          fonts-wine fonts-liberation xvfb xauth dpkg-dev bzip2)
+          fonts-wine fonts-liberation xvfb xauth dpkg-dev bzip2 locales)
 
 missing_packages() {
     local p
@@ -110,7 +111,18 @@ prepare_prefix() {
 
 winepath_of() { echo "Z:${1//\//\\}"; }
 
+# The edit's input-method tests run Wine under code page 936, which Wine takes from the Unix
+# locale zh_CN.UTF-8; it is compiled into the cache (LOCPATH) rather than into the system.
+prepare_locale() {
+    [ -f "$CACHE/locale/zh_CN.UTF-8/LC_CTYPE" ] && return 0
+    log "compiling the zh_CN.UTF-8 locale"
+    mkdir -p "$CACHE/locale"
+    localedef -i zh_CN -f UTF-8 "$CACHE/locale/zh_CN.UTF-8" >/dev/null 2>&1 || true
+    [ -f "$CACHE/locale/zh_CN.UTF-8/LC_CTYPE" ] || { echo "setup: localedef made no zh_CN.UTF-8" >&2; exit 1; }
+}
+
 install_packages
 fetch_zlib_source
 prepare_prefix
+prepare_locale
 log "ready (cache $CACHE)"

@@ -575,7 +575,8 @@ bool ReadCompositionString(HIMC context, DWORD which, std::wstring &text)
 
 LRESULT MirlEdit::OnIMEChars(UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (!(lParam & GCS_RESULTSTR)) {
+    // Where the code page is 1252 the input method is none of this control's business.
+    if (!m_NeedIME || !(lParam & GCS_RESULTSTR)) {
         return ::CallWindowProcW(m_pfnSuperWindowProc, m_hWnd, message, wParam, lParam);
     }
     HIMC context = ::ImmGetContext(m_hWnd);

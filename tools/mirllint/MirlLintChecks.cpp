@@ -100,11 +100,14 @@ private:
                         const std::vector<unsigned int> &reach, bool fallback);
     void CheckUrl(const Location &where, const std::wstring &value, const std::vector<unsigned int> &reach);
     void CheckFixedImages(const Template &window, const std::wstring &windowClass, const std::vector<unsigned int> &reach);
+    void CheckFixedColors(const Template &window, const std::wstring &windowClass, const std::vector<unsigned int> &reach);
     void CheckDialogImages(const Definition &definition, const std::vector<unsigned int> &reach);
     void CheckToolbarChildren(const Template &window);
     void CheckOutlookFolders(const Template &window);
     // The names that some checked language finds no image element for.
     std::vector<std::wstring> MissingImages(const std::vector<std::wstring> &names, const std::vector<unsigned int> &reach) const;
+    std::vector<std::wstring> MissingElements(const std::vector<std::wstring> &names, unsigned long type,
+                                              const std::vector<unsigned int> &reach) const;
     std::wstring SuggestName(const std::wstring &value, unsigned long type) const;
     void CheckCoverage();
 
@@ -335,13 +338,37 @@ void Checker::CheckFixedImages(const Template &window, const std::wstring &windo
           L"control-image-missing");
 }
 
+void Checker::CheckFixedColors(const Template &window, const std::wstring &windowClass, const std::vector<unsigned int> &reach)
+{
+    std::vector<std::wstring> names = FixedColors(windowClass);
+    std::vector<std::wstring> missing = MissingElements(names, UI_ELEMENT_COLOR, reach);
+    std::wstring upper = windowClass;
+    std::transform(upper.begin(), upper.end(), upper.begin(), [](wchar_t c) { return static_cast<wchar_t>(std::towupper(c)); });
+    if (missing.empty() || !m_FixedReported.insert(upper + L" colours").second) {
+        return;
+    }
+    // Without them the selection, the selected text and the border all fall back to one grey.
+    Warning(window.where, L"every " + upper + L" takes the colour elements " + JoinNames(names, 8) +
+                              L" (selection, selected text, border) by their fixed names, and the skin lacks " +
+                              JoinNames(missing, missing.size()) +
+                              L": each missing one takes the colour before it, from 0xFF808080, so selected text can vanish into "
+                              L"its background (reported once, at the first such template)",
+            L"control-color-missing");
+}
+
 std::vector<std::wstring> Checker::MissingImages(const std::vector<std::wstring> &names,
                                                 const std::vector<unsigned int> &reach) const
+{
+    return MissingElements(names, UI_ELEMENT_IMAGE, reach);
+}
+
+std::vector<std::wstring> Checker::MissingElements(const std::vector<std::wstring> &names, unsigned long type,
+                                                  const std::vector<unsigned int> &reach) const
 {
     std::vector<std::wstring> missing;
     for (const std::wstring &name : names) {
         for (unsigned int language : reach) {
-            if (m_Skin.Resolve(UI_ELEMENT_IMAGE, name, language) == nullptr) {
+            if (m_Skin.Resolve(type, name, language) == nullptr) {
                 missing.push_back(name);
                 break;
             }
@@ -529,6 +556,7 @@ void Checker::CheckTemplate(const Template &window, const std::wstring &parentCl
     }
     if (!top && !itemList && !item && cls != nullptr) {
         CheckFixedImages(window, windowClass, reach);
+        CheckFixedColors(window, windowClass, reach);
     }
     if (_wcsicmp(windowClass.c_str(), L"TOOLBAR") == 0) {
         CheckToolbarChildren(window);

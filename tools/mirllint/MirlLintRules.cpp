@@ -364,6 +364,14 @@ std::vector<std::wstring> FixedImages(const std::wstring &windowClass, unsigned 
     return {};
 }
 
+std::vector<std::wstring> FixedColors(const std::wstring &windowClass)
+{
+    if (Same(windowClass, L"EDIT")) {
+        return {L"EditSel", L"Black", L"EditBorder"};
+    }
+    return {};
+}
+
 std::vector<std::wstring> DialogControlImages()
 {
     return {L"CheckY", L"CheckN", L"RadioBtn0", L"RadioBtn1", L"CmBtn2", L"CmBtnArrow"};
@@ -438,7 +446,7 @@ const std::vector<std::wstring> &RuleNames()
 {
     static const std::vector<std::wstring> names = {
         L"attribute-case",        L"button-no-command-id",  L"class-listbox",       L"comment-in-language",
-        L"control-image-missing", L"document-size-limit",   L"duplicate-sibling",   L"font-family-too-long",
+        L"control-color-missing", L"control-image-missing", L"document-size-limit",   L"duplicate-sibling",   L"font-family-too-long",
         L"image-file-missing",    L"image-unreadable",      L"include-cycle",       L"include-limit",
         L"include-misplaced",     L"include-missing",       L"include-repeated",
         L"include-too-deep",      L"layout-word",           L"lint-mismatch",       L"loader-error",

@@ -84,6 +84,9 @@ std::vector<ElementReference> TemplateReferences(const std::wstring &windowClass
 // Image elements that a control of the class draws by their fixed names. A button also needs
 // its common images when its style has BS_BACKIMGE.
 std::vector<std::wstring> FixedImages(const std::wstring &windowClass, unsigned long style);
+// Colour elements that a control of the class looks up by their fixed names, each falling back
+// on the colour before it when absent.
+std::vector<std::wstring> FixedColors(const std::wstring &windowClass);
 // The image elements that a dialog's own controls, skinned in place by the application, take
 // by their fixed names without a test (no template names them): check box, radio button,
 // pressed push button, arrow.

@@ -106,6 +106,7 @@ const NearMiss kNearMisses[] = {
     // A colour of 1033 alone, found from 2052 through the fallback.
     {L"missing-element", "lint_quiet_windows", "Skin.xml", {{"<ClrPanel Red=", "<ClrPane Red="}}},
     {L"control-image-missing", "lint_quiet_windows", "Skin.xml", {{"<CmBtn3 File=", "<CmBtn4 File="}}},
+    {L"control-color-missing", "lint_quiet_windows", "Skin.xml", {{"<EditBorder Red=", "<EditFrame Red="}}},
     {L"image-file-missing", "lint_quiet_windows", "Skin.xml",
      {{"<ImgFace File=\"Images/Face.png\"", "<ImgFace File=\"Images/Face.jpg\""}}},
     {L"image-unreadable", "lint_quiet_windows", "Skin.xml",
@@ -361,7 +362,7 @@ TEST(MirlLintNearMisses, EveryRuleHasOneNearMiss)
         rows.insert(row.rule);
     }
     const std::vector<std::wstring> &rules = mirllint::RuleNames();
-    EXPECT_EQ(46u, rules.size());
+    EXPECT_EQ(47u, rules.size());
     EXPECT_EQ(std::multiset<std::wstring>(rules.begin(), rules.end()), rows);
 }
 

@@ -159,6 +159,24 @@ TEST(MirlLint, CleanSkinHasNoFindingsAndExitsZero)
     EXPECT_EQ(L"mirllint: 0 errors, 0 warnings", result.err[0]);
 }
 
+const wchar_t *const kLintEditColours[] = {
+    LR"L(Skin.xml: warning: /Skin/Windows/Edits/Single: every EDIT takes the colour elements EditSel, Black, EditBorder (selection, selected text, border) by their fixed names, and the skin lacks EditSel, Black, EditBorder: each missing one takes the colour before it, from 0xFF808080, so selected text can vanish into its background (reported once, at the first such template) [control-color-missing])L",
+};
+
+TEST(MirlLint, AnEditWithoutItsFixedColoursIsWarnedOfOnce)
+{
+    ExpectReport(L"edits_bare", kLintEditColours, 0);
+}
+
+TEST(MirlLint, AnEditWithItsFixedColoursIsClean)
+{
+    RunResult result = RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(L"edits")));
+    ASSERT_TRUE(result.finished);
+    for (const std::wstring &finding : Findings(result)) {
+        EXPECT_EQ(std::wstring::npos, finding.find(L"control-color-missing")) << finding;
+    }
+}
+
 TEST(MirlLint, SampleSkinIsClean)
 {
     RunResult result = RunTool(L"mirllint.exe", mirltooltest::Quote(Skin(L"sample")));
