@@ -81,7 +81,7 @@ protected:
         m_Holder.DestroyWindow();
     }
     template <class T>
-    T *Control(const wchar_t *name) const
+    T *Control(const wchar_t *name)
     {
         return dynamic_cast<T *>(m_Holder.GetWindowItem(name));
     }
@@ -104,7 +104,8 @@ TEST_F(ListAccessibility, AListGivesItsRowsAsListItemsNamedByTheirCells)
 
     mirltest::AccessibleReading reading = ReadAccessible(list->m_hWnd);
     EXPECT_EQ(ROLE_SYSTEM_LIST, reading.role);
-    EXPECT_EQ(STATE_SYSTEM_FOCUSABLE, reading.state);
+    EXPECT_TRUE(list->GetAllowMultiSelection());
+    EXPECT_EQ(STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_MULTISELECTABLE, reading.state);
 
     AccessibleRef object(mirltest::ClientObject(list->m_hWnd));
     ASSERT_NE(nullptr, object.get());
@@ -162,8 +163,10 @@ TEST_F(ListAccessibility, AComboBoxGivesItsChoiceAsTheValue)
     mirltest::AccessibleReading reading = ReadAccessible(combo->m_hWnd);
     EXPECT_EQ(ROLE_SYSTEM_COMBOBOX, reading.role);
     EXPECT_TRUE(reading.hasValue);
-    EXPECT_EQ(L"", reading.value);
+    EXPECT_EQ(L"Rock", reading.value);
 
+    // Choosing is a change the tools hear of, even of the item already shown, as the parent
+    // hears CBN_SELCHANGE.
     WinEventRecorder events;
     ASSERT_TRUE(events.Hooked());
     ::SendMessageW(combo->m_hWnd, WM_COMMAND, 1, 0);
