@@ -11,4 +11,18 @@ esac
 export WINEPREFIX=${MIRL_WINEPREFIX:-${MIRL_CACHE:-$HOME/.cache/mirl}/wineprefix}
 export WINEDEBUG=${WINEDEBUG:--all}
 export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}
-exec "$loader" "$@"
+# A program may start one of the prefix's long-lived processes (explorer.exe for the desktop,
+# when the one before has just ended) which inherits its standard handles. With a pipe there
+# (ctest's), the reader would wait for that process too, long after the program has ended: the
+# output goes through files then, copied out once the program has ended.
+if [ -t 1 ]; then
+    exec "$loader" "$@"
+fi
+out=$(mktemp) || exit 1
+err=$(mktemp) || exit 1
+"$loader" "$@" >"$out" 2>"$err"
+status=$?
+cat "$out"
+cat "$err" >&2
+rm -f "$out" "$err"
+exit "$status"
