@@ -4,6 +4,7 @@
 // With --png the window is created, laid out, painted into a picture and saved, and the program
 // ends: that is how a machine without a screen shows it. Without, the window stays open.
 // --settings shows the settings dialog, a dialog of the system's controls skinned in place.
+#include "DemoSupport.h"
 #include "Mirl.h"
 #include "MirlViewRender.h"
 #include "SettingsDialog.h"
@@ -80,14 +81,6 @@ private:
     MirlWindowBase *m_Sheet = nullptr;
 };
 
-std::wstring ProgramFolder()
-{
-    wchar_t path[MAX_PATH] = {};
-    DWORD length = ::GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring folder(path, length);
-    return folder.substr(0, folder.find_last_of(L"\\/"));
-}
-
 int Usage()
 {
     std::fwprintf(stderr, L"usage: PlayerDemo [--skin PACKAGE.zip] [--lang ID] [--window MainFrame|LibraryFrame|BrowseFrame] [--settings] [--png OUT.png]\n");
@@ -162,7 +155,7 @@ int ShowSettings(const wchar_t *png)
 int wmain(int argc, wchar_t **argv)
 {
     _setmode(_fileno(stdout), _O_U8TEXT);
-    std::wstring skin = ProgramFolder() + L"\\skins\\sample.zip";
+    std::wstring skin = demo::ProgramFolder() + L"\\skins\\sample.zip";
     unsigned int language = 1033;
     const wchar_t *png = nullptr;
     const wchar_t *window = L"MainFrame";
@@ -183,15 +176,7 @@ int wmain(int argc, wchar_t **argv)
         }
     }
 
-    try {
-        MirlIntialize(skin.c_str(), language);
-    } catch (const MirlException &e) {
-        std::wprintf(L"The skin could not be opened (code %d): %ls\n", e.error(), e.what() != nullptr ? e.what() : L"");
-        MirlUnIntialize();
-        return 3;
-    } catch (const _com_error &e) {
-        std::wprintf(L"The skin holds a value that can't be read: HRESULT 0x%08lX\n", static_cast<unsigned long>(e.Error()));
-        MirlUnIntialize();
+    if (!demo::OpenSkin(skin, language)) {
         return 3;
     }
 

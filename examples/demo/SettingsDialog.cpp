@@ -1,6 +1,6 @@
 #include "SettingsDialog.h"
 
-#include <vector>
+#include "DemoSupport.h"
 
 namespace demo {
 
@@ -8,50 +8,21 @@ namespace {
 
 enum : WORD { kShuffle = 101, kRepeat = 102, kLabel = 103, kLink = 104 };
 
-// The dialog's template, word by word: a popup with a caption, two check boxes, a label, a
-// label with a link, and OK and Cancel. Texts are set from the skin at WM_INITDIALOG.
-class Template {
-public:
-    Template()
-    {
-        const DWORD child = WS_CHILD | WS_VISIBLE;
-        Head(WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME, 6, 0, 0, 190, 112);
-        Item(child | SS_LEFT, 8, 10, 92, 12, kLabel, 0x0082);
-        Item(child | WS_TABSTOP | BS_AUTOCHECKBOX, 8, 34, 170, 12, kShuffle, 0x0080);
-        Item(child | WS_TABSTOP | BS_AUTOCHECKBOX, 8, 50, 170, 12, kRepeat, 0x0080);
-        Item(child | SS_LEFT, 8, 70, 170, 12, kLink, 0x0082);
-        Item(child | WS_TABSTOP | BS_DEFPUSHBUTTON, 74, 90, 52, 16, IDOK, 0x0080);
-        Item(child | WS_TABSTOP | BS_PUSHBUTTON, 130, 90, 52, 16, IDCANCEL, 0x0080);
-    }
-    const DLGTEMPLATE *get() const { return reinterpret_cast<const DLGTEMPLATE *>(m_Words.data()); }
-
-private:
-    void Head(DWORD style, WORD count, short x, short y, short cx, short cy)
-    {
-        const WORD words[] = {LOWORD(style), HIWORD(style), 0, 0, count, static_cast<WORD>(x), static_cast<WORD>(y),
-                              static_cast<WORD>(cx), static_cast<WORD>(cy), 0, 0, 0};
-        m_Words.assign(words, words + sizeof(words) / sizeof(words[0]));
-    }
-    void Item(DWORD style, short x, short y, short cx, short cy, WORD id, WORD atom)
-    {
-        if (m_Words.size() % 2 != 0) {
-            m_Words.push_back(0);
-        }
-        const WORD words[] = {LOWORD(style), HIWORD(style), 0, 0, static_cast<WORD>(x), static_cast<WORD>(y),
-                              static_cast<WORD>(cx), static_cast<WORD>(cy), id, 0xFFFF, atom, 0, 0};
-        m_Words.insert(m_Words.end(), words, words + sizeof(words) / sizeof(words[0]));
-    }
-    std::vector<WORD> m_Words;
-};
-
-const wchar_t *SkinText(const wchar_t *name)
+// The dialog's template: a popup with a caption, two check boxes, a label, a label with a link,
+// and OK and Cancel. Texts are set from the skin at WM_INITDIALOG.
+DialogTemplate MakeTemplate()
 {
-    MirlUiElementText *text = static_cast<MirlUiElementText *>(MirlUI::Instance()->GetUiElement(name, UI_ELEMENT_TEXT));
-    return text != nullptr && text->GetText() != nullptr ? text->GetText() : L"";
+    const DWORD child = WS_CHILD | WS_VISIBLE;
+    DialogTemplate form;
+    form.Head(WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME, 6, 0, 0, 190, 112);
+    form.Item(child | SS_LEFT, 8, 10, 92, 12, kLabel, DialogTemplate::kStatic);
+    form.Item(child | WS_TABSTOP | BS_AUTOCHECKBOX, 8, 34, 170, 12, kShuffle, DialogTemplate::kButton);
+    form.Item(child | WS_TABSTOP | BS_AUTOCHECKBOX, 8, 50, 170, 12, kRepeat, DialogTemplate::kButton);
+    form.Item(child | SS_LEFT, 8, 70, 170, 12, kLink, DialogTemplate::kStatic);
+    form.Item(child | WS_TABSTOP | BS_DEFPUSHBUTTON, 74, 90, 52, 16, IDOK, DialogTemplate::kButton);
+    form.Item(child | WS_TABSTOP | BS_PUSHBUTTON, 130, 90, 52, 16, IDCANCEL, DialogTemplate::kButton);
+    return form;
 }
-
-// The skin's dark background under the skinned controls, which paint their own fill.
-const Gdiplus::ARGB kFill = 0xFF1B2130;
 
 } // namespace
 
@@ -66,14 +37,14 @@ SettingsDialog::~SettingsDialog()
 
 INT_PTR SettingsDialog::Run(HWND owner)
 {
-    Template form;
+    const DialogTemplate form = MakeTemplate();
     return ::DialogBoxIndirectParamW(::GetModuleHandleW(nullptr), form.get(), owner, DialogProc,
                                      reinterpret_cast<LPARAM>(this));
 }
 
 HWND SettingsDialog::Open(HWND owner)
 {
-    Template form;
+    const DialogTemplate form = MakeTemplate();
     m_Dialog = ::CreateDialogIndirectParamW(::GetModuleHandleW(nullptr), form.get(), owner, DialogProc,
                                             reinterpret_cast<LPARAM>(this));
     if (m_Dialog != nullptr) {
@@ -93,23 +64,23 @@ void SettingsDialog::Close()
 void SettingsDialog::OnInit(HWND dialog)
 {
     m_Dialog = dialog;
-    ::SetWindowTextW(dialog, SkinText(L"TxtSettings"));
-    ::SetDlgItemTextW(dialog, kLabel, SkinText(L"TxtCrossfade"));
-    ::SetDlgItemTextW(dialog, kShuffle, SkinText(L"TxtShuffle"));
-    ::SetDlgItemTextW(dialog, kRepeat, SkinText(L"TxtRepeat"));
-    ::SetDlgItemTextW(dialog, kLink, SkinText(L"TxtSettingsLink"));
-    ::SetDlgItemTextW(dialog, IDOK, SkinText(L"TxtOk"));
-    ::SetDlgItemTextW(dialog, IDCANCEL, SkinText(L"TxtCancel"));
+    ::SetWindowTextW(dialog, SkinText(L"TxtSettings").c_str());
+    ::SetDlgItemTextW(dialog, kLabel, SkinText(L"TxtCrossfade").c_str());
+    ::SetDlgItemTextW(dialog, kShuffle, SkinText(L"TxtShuffle").c_str());
+    ::SetDlgItemTextW(dialog, kRepeat, SkinText(L"TxtRepeat").c_str());
+    ::SetDlgItemTextW(dialog, kLink, SkinText(L"TxtSettingsLink").c_str());
+    ::SetDlgItemTextW(dialog, IDOK, SkinText(L"TxtOk").c_str());
+    ::SetDlgItemTextW(dialog, IDCANCEL, SkinText(L"TxtCancel").c_str());
 
     m_Ok.SubclassWindowBtn(::GetDlgItem(dialog, IDOK), nullptr);
     m_Cancel.SubclassWindowBtn(::GetDlgItem(dialog, IDCANCEL), nullptr);
     m_Shuffle.SubclassWindowBtn(::GetDlgItem(dialog, kShuffle), nullptr);
     m_Repeat.SubclassWindowBtn(::GetDlgItem(dialog, kRepeat), nullptr);
     for (MirlDlgButton *button : {&m_Ok, &m_Cancel, &m_Shuffle, &m_Repeat}) {
-        button->m_BkColor = kFill;
+        button->m_BkColor = kDialogFill;
     }
     // A label's fill brush is made when it is skinned: its colour is set first.
-    m_Label.m_BkColor = m_Link.m_BkColor = kFill;
+    m_Label.m_BkColor = m_Link.m_BkColor = kDialogFill;
     m_Label.SubclassWindowStatic(::GetDlgItem(dialog, kLabel), nullptr);
     m_Link.SubclassWindowStatic(::GetDlgItem(dialog, kLink), nullptr);
     ::SendDlgItemMessageW(dialog, kShuffle, BM_SETCHECK, BST_CHECKED, 0);
@@ -157,16 +128,7 @@ INT_PTR CALLBACK SettingsDialog::DialogProc(HWND dialog, UINT message, WPARAM wP
         reinterpret_cast<SettingsDialog *>(lParam)->OnInit(dialog);
         return TRUE;
     case WM_ERASEBKGND:
-    case WM_PRINTCLIENT: {
-        // The dialog's own background, in the skin's colour, on screen and in a picture.
-        RECT client = {};
-        ::GetClientRect(dialog, &client);
-        HBRUSH fill = ::CreateSolidBrush(RGB(0x1B, 0x21, 0x30));
-        ::FillRect(reinterpret_cast<HDC>(wParam), &client, fill);
-        ::DeleteObject(fill);
-        ::SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
-        return TRUE;
-    }
+    case WM_PRINTCLIENT: return PaintDialogBackground(dialog, wParam);
     // The skinned and the library's controls want their notifications back, as every library
     // window reflects them.
     case WM_DRAWITEM: {

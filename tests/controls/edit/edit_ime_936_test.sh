@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs the edit's input-method tests under code page 936:
-#   edit_ime_936_test.sh win32|win64 PROGRAM SOURCE_DIR
+#   edit_ime_936_test.sh win32|win64 PROGRAM SOURCE_DIR [GTEST_FILTER]
+# The filter names the tests that run there (by default the edit's own Chinese tests).
 # Wine takes its code page from the Unix locale of its server, and a prefix has one server, so
 # this runs its own: in a side prefix that shares the test prefix's drive and copies its
 # registry, with LC_ALL=zh_CN.UTF-8. Runs inside a Wine session (DISPLAY and the prefix set).
@@ -8,6 +9,7 @@ set -uo pipefail
 loader=$1
 program=$2
 src=$3
+filter=${4:-EditInputMethodChinese.*}
 cache=${MIRL_CACHE:-$HOME/.cache/mirl}
 prefix=${MIRL_WINEPREFIX:-${WINEPREFIX:-$cache/wineprefix}}
 locales=$cache/locale
@@ -43,7 +45,7 @@ trap stop EXIT
 # To a file, not through a pipe: the prefix's services, started by the first program, hold
 # a copy of its output until the server ends.
 log=$side/output.txt
-timeout 90 "$src/scripts/wine-run.sh" "$loader" "$program" --gtest_brief=1 --gtest_filter='EditInputMethodChinese.*' >"$log" 2>&1
+timeout 90 "$src/scripts/wine-run.sh" "$loader" "$program" --gtest_brief=1 --gtest_filter="$filter" >"$log" 2>&1
 status=$?
 cat "$log"
 # The tests skip themselves on another code page: under this locale none may.
