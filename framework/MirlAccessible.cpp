@@ -305,11 +305,17 @@ public:
     }
     STDMETHODIMP accDoDefaultAction(VARIANT child) override
     {
-        if (!IsSelf(child)) {
+        if (!IsSelf(child) && !IsPart(child)) {
             return m_Standard->accDoDefaultAction(child);
         }
         if (!::IsWindow(m_Window)) {
             return RPC_E_DISCONNECTED;
+        }
+        if (IsPart(child)) {
+            // A row's action is the click on it, posted like the window's own.
+            MirlAccessibleFacts facts;
+            facts.item = child.lVal;
+            return AskWindow(m_Window, MIRL::AccessibleDoDefaultItem, &facts) ? S_OK : E_INVALIDARG;
         }
         // The window posts the click that the action stands for: the action runs when its
         // thread takes it, and the tool that asked is not held inside the command it starts.
@@ -417,6 +423,9 @@ LRESULT AnswerAccessibility(MirlWindowBase *window, UINT message, WPARAM wParam,
         }
         if (wParam == AccessibleDoDefault) {
             return DoDefaultAction(window) ? 1 : 0;
+        }
+        if (wParam == AccessibleDoDefaultItem && lParam != 0 && IsWaitedFor(reinterpret_cast<const MirlAccessibleFacts *>(lParam))) {
+            return DoDefaultItemAction(window, reinterpret_cast<const MirlAccessibleFacts *>(lParam)->item) ? 1 : 0;
         }
     } catch (...) {
     }

@@ -234,6 +234,8 @@ bool DescribeItem(MirlWindowBase *window, MirlAccessibleFacts &facts)
         RECT shown = {};
         if (!::IntersectRect(&shown, &item->rect, &list->GetRowsRect())) {
             facts.state |= STATE_SYSTEM_INVISIBLE | STATE_SYSTEM_OFFSCREEN;
+        } else {
+            facts.defaultAction = L"Select";
         }
         place = item->rect;
     } else if (MirlMenuWindow *menu = dynamic_cast<MirlMenuWindow *>(window)) {
@@ -248,6 +250,7 @@ bool DescribeItem(MirlWindowBase *window, MirlAccessibleFacts &facts)
         }
         facts.role = ROLE_SYSTEM_MENUITEM;
         facts.name = item->text;
+        facts.defaultAction = L"Execute";
         facts.state = menu->GetHoverItem() == item ? STATE_SYSTEM_FOCUSED | STATE_SYSTEM_HOTTRACKED : 0;
         place = item->rect;
     } else {
@@ -283,6 +286,26 @@ bool DoDefaultAction(MirlWindowBase *window)
         return ::PostMessageW(hwnd, BM_CLICK, 0, 0) != 0;
     }
     return false;
+}
+
+bool DoDefaultItemAction(MirlWindowBase *window, long item)
+{
+    MirlAccessibleFacts facts;
+    facts.item = item;
+    if (!::IsWindowEnabled(window->m_hWnd) || !DescribeItem(window, facts) || facts.defaultAction.empty()) {
+        return false;
+    }
+    // The middle of the row's visible part, in the window's client coordinates.
+    RECT row = facts.location;
+    ::MapWindowPoints(nullptr, window->m_hWnd, reinterpret_cast<POINT *>(&row), 2);
+    if (MirlListView *list = dynamic_cast<MirlListView *>(window)) {
+        ::IntersectRect(&row, &row, &list->GetRowsRect());
+    }
+    const LPARAM at = MAKELPARAM((row.left + row.right) / 2, (row.top + row.bottom) / 2);
+    HWND hwnd = window->m_hWnd;
+    // A menu row answers the release over the row it hovers: the move comes first.
+    return ::PostMessageW(hwnd, WM_MOUSEMOVE, 0, at) && ::PostMessageW(hwnd, WM_LBUTTONDOWN, MK_LBUTTON, at) &&
+           ::PostMessageW(hwnd, WM_LBUTTONUP, 0, at);
 }
 
 } // namespace MIRL

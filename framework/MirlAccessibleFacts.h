@@ -28,6 +28,10 @@ namespace MIRL {
 void DescribeWindow(MirlWindowBase *window, MirlAccessibleFacts &facts);
 // Reads one of its parts, facts.item (1-based); false if there is no such part.
 bool DescribeItem(MirlWindowBase *window, MirlAccessibleFacts &facts);
+// Posts the click on a row (1-based) that its default action stands for: a list row shown in
+// the rows' area is selected, a menu row chosen. False for a row that isn't there or can't be
+// clicked (scrolled out of sight, or a disabled window).
+bool DoDefaultItemAction(MirlWindowBase *window, long item);
 // Posts the click or the selection that the default action stands for; false if there is none.
 bool DoDefaultAction(MirlWindowBase *window);
 

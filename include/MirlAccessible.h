@@ -12,9 +12,15 @@ class MirlWindowBase;
 namespace MIRL {
 
 // The private message by which the accessible object asks the window, on the window's thread,
-// for what it is (wParam AccessibleDescribe, lParam the answer) or has it do its default action
-// (wParam AccessibleDoDefault): the object holds the window's handle only, never a pointer.
-enum AccessibleRequest { AccessibleDescribe = 1, AccessibleDoDefault = 2, AccessibleDescribeItem = 3 };
+// for what it is (wParam AccessibleDescribe, lParam the answer), for one of its rows
+// (AccessibleDescribeItem), or has it or a row do its default action (AccessibleDoDefault,
+// AccessibleDoDefaultItem): the object holds the window's handle only, never a pointer.
+enum AccessibleRequest {
+    AccessibleDescribe = 1,
+    AccessibleDoDefault = 2,
+    AccessibleDescribeItem = 3,
+    AccessibleDoDefaultItem = 4
+};
 MIRL_API UINT AccessibleMessage();
 
 // The window's answer to WM_GETOBJECT and to AccessibleMessage(); anything else is left

@@ -320,7 +320,9 @@ LRESULT MirlComboBox::OnMenuCmd(UINT, UINT id, HWND, BOOL &)
         return 0;
     }
     SetCurSel(static_cast<int>(id) - 1);
+    // The value a reader shows changed, and a choice was made: both, as the system's combo box.
     MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_VALUECHANGE);
+    MIRL::NotifyAccessibleEvent(m_hWnd, EVENT_OBJECT_SELECTION);
     ::SendMessageW(GetParent(), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(), CBN_SELCHANGE), reinterpret_cast<LPARAM>(m_hWnd));
     return 0;
 }

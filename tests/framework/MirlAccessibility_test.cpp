@@ -261,6 +261,31 @@ TEST_F(SampleWindow, TheContainerFamilyReadsAsPageTabsThatSelect)
     EXPECT_EQ(L"Drag to resize the side panel", divider.name);
 }
 
+// The player's group box: a grouping named by its caption, whose children are its controls.
+TEST_F(SampleWindow, TheGroupBoxReadsAsAGroupingOfItsControls)
+{
+    Open(L"PlayerWindow");
+    HWND page = Item(nullptr, L"PageSettings");
+    ASSERT_NE(nullptr, page);
+    HWND options = Control<MirlWindowBase>(L"PageSettings", L"Options")->m_hWnd;
+    // On a hidden page the group is invisible too.
+    EXPECT_EQ(STATE_SYSTEM_INVISIBLE, ReadAccessible(options).state & STATE_SYSTEM_INVISIBLE);
+    ::ShowWindow(page, SW_SHOW);
+    AccessibleReading group = ReadAccessible(options);
+    EXPECT_EQ(ROLE_SYSTEM_GROUPING, group.role);
+    EXPECT_EQ(L"Playback", group.name);
+    EXPECT_FALSE(group.hasValue);
+    EXPECT_EQ(kShown, group.state);
+    EXPECT_EQ(L"", group.action);
+    std::vector<HWND> children = AccessibleChildWindows(options);
+    ASSERT_EQ(3u, children.size());
+    AccessibleReading label = ReadAccessible(children[0]);
+    EXPECT_EQ(ROLE_SYSTEM_STATICTEXT, label.role);
+    EXPECT_EQ(L"Crossfade (seconds)", label.name);
+    EXPECT_EQ(ROLE_SYSTEM_TEXT, ReadAccessible(children[1]).role);
+    EXPECT_EQ(ROLE_SYSTEM_SPINBUTTON, ReadAccessible(children[2]).role);
+}
+
 // The search field: editable text named by its watermark, its text the value.
 TEST_F(SampleWindow, TheEditFamilyGivesItsTextAsTheValue)
 {

@@ -149,6 +149,19 @@ TEST_F(ListAccessibility, AListGivesItsRowsAsListItemsNamedByTheirCells)
     ASSERT_EQ(1u, selections.size());
     EXPECT_EQ((WinEventRecord{EVENT_OBJECT_SELECTION, list->m_hWnd, OBJID_CLIENT, 2}), selections[0]);
 
+    // A row's default action is the click that selects it alone.
+    BSTR action = nullptr;
+    ASSERT_EQ(S_OK, object->get_accDefaultAction(Child(3), &action));
+    EXPECT_EQ(L"Select", mirltest::TakeText(S_OK, action));
+    EXPECT_EQ(S_OK, object->accDoDefaultAction(Child(3)));
+    mirltest::PumpMessages();
+    EXPECT_EQ(STATE_SYSTEM_SELECTABLE | STATE_SYSTEM_SELECTED, ReadPart(object.get(), 3).state);
+    EXPECT_EQ(STATE_SYSTEM_SELECTABLE, ReadPart(object.get(), 2).state);
+    selections = events.Of(EVENT_OBJECT_SELECTION);
+    ASSERT_EQ(2u, selections.size());
+    EXPECT_EQ((WinEventRecord{EVENT_OBJECT_SELECTION, list->m_hWnd, OBJID_CLIENT, 3}), selections[1]);
+    EXPECT_EQ(E_INVALIDARG, object->accDoDefaultAction(Child(9)));
+
     // After the rows are cleared, their child ids name nothing.
     list->ClearItems();
     BSTR name = nullptr;
@@ -172,9 +185,16 @@ TEST_F(ListAccessibility, AComboBoxGivesItsChoiceAsTheValue)
     ::SendMessageW(combo->m_hWnd, WM_COMMAND, 1, 0);
     mirltest::PumpMessages();
     EXPECT_EQ(L"Rock", ReadAccessible(combo->m_hWnd).value);
-    std::vector<WinEventRecord> changes = events.Of(EVENT_OBJECT_VALUECHANGE);
-    ASSERT_EQ(1u, changes.size());
-    EXPECT_EQ((WinEventRecord{EVENT_OBJECT_VALUECHANGE, combo->m_hWnd, OBJID_CLIENT, CHILDID_SELF}), changes[0]);
+    // The value first, then the choice, as the system's combo box tells them.
+    std::vector<DWORD> order;
+    for (DWORD event : events.About(combo->m_hWnd)) {
+        if (event == EVENT_OBJECT_VALUECHANGE || event == EVENT_OBJECT_SELECTION) {
+            order.push_back(event);
+        }
+    }
+    EXPECT_EQ((std::vector<DWORD>{EVENT_OBJECT_VALUECHANGE, EVENT_OBJECT_SELECTION}), order);
+    EXPECT_EQ((std::vector<WinEventRecord>{{EVENT_OBJECT_SELECTION, combo->m_hWnd, OBJID_CLIENT, CHILDID_SELF}}),
+              events.Of(EVENT_OBJECT_SELECTION));
 }
 
 TEST_F(ListAccessibility, ThePopupIsAMenuOfMenuItemsThatStartsAndEnds)
@@ -200,6 +220,16 @@ TEST_F(ListAccessibility, ThePopupIsAMenuOfMenuItemsThatStartsAndEnds)
     EXPECT_EQ(L"First", first.name);
     EXPECT_EQ(L"Open", ReadPart(object.get(), 2).name);
     EXPECT_EQ(0, ReadPart(object.get(), rows + 1).role);
+
+    // A row's default action chooses it: its command reaches the holder.
+    BSTR action = nullptr;
+    ASSERT_EQ(S_OK, object->get_accDefaultAction(Child(1), &action));
+    EXPECT_EQ(L"Execute", mirltest::TakeText(S_OK, action));
+    m_Holder.m_Commands.clear();
+    EXPECT_EQ(S_OK, object->accDoDefaultAction(Child(1)));
+    mirltest::PumpMessages();
+    ASSERT_EQ(1u, m_Holder.m_Commands.size());
+    EXPECT_EQ(21u, LOWORD(m_Holder.m_Commands[0].first));
 
     ::SendMessageW(popup, WM_CANCELMODE, 0, 0);
     mirltest::PumpMessages();
