@@ -5,6 +5,8 @@
 #include "MirlMessageRecorder.h"
 #include "MirlPixelTest.h"
 
+#include <commctrl.h>
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -29,23 +31,30 @@ LPARAM At(int x, int y)
 
 // Posts WM_LBUTTONUP to a window after a delay, from a timer-queue thread: the button's repeat
 // loop blocks this thread's own timers.
-class DelayedRelease {
+// Releases a held auto-repeat button once its parent has heard `count` of its commands: the
+// release is posted from inside the last of them, so the loop finds it at its next look
+// whatever the machine's load, where a release after a time would race the loop's sleeps.
+class ReleaseAfterCommands {
 public:
-    DelayedRelease(HWND button, DWORD milliseconds) : m_Button(button)
+    ReleaseAfterCommands(HWND button, int count) : m_Button(button), m_Left(count)
     {
-        ::CreateTimerQueueTimer(&m_Timer, nullptr, &Fire, this, milliseconds, 0, WT_EXECUTEONLYONCE);
+        ::SetWindowSubclass(::GetParent(button), &Count, reinterpret_cast<UINT_PTR>(this), 0);
     }
-    ~DelayedRelease() { ::DeleteTimerQueueTimer(nullptr, m_Timer, INVALID_HANDLE_VALUE); }
-    DelayedRelease(const DelayedRelease &) = delete;
-    DelayedRelease &operator=(const DelayedRelease &) = delete;
+    ~ReleaseAfterCommands() { ::RemoveWindowSubclass(::GetParent(m_Button), &Count, reinterpret_cast<UINT_PTR>(this)); }
+    ReleaseAfterCommands(const ReleaseAfterCommands &) = delete;
+    ReleaseAfterCommands &operator=(const ReleaseAfterCommands &) = delete;
 
 private:
-    static VOID CALLBACK Fire(PVOID self, BOOLEAN)
+    static LRESULT CALLBACK Count(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR self, DWORD_PTR)
     {
-        ::PostMessageW(static_cast<DelayedRelease *>(self)->m_Button, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+        ReleaseAfterCommands *release = reinterpret_cast<ReleaseAfterCommands *>(self);
+        if (message == WM_COMMAND && reinterpret_cast<HWND>(lParam) == release->m_Button && --release->m_Left == 0) {
+            ::PostMessageW(release->m_Button, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+        }
+        return ::DefSubclassProc(window, message, wParam, lParam);
     }
     HWND m_Button;
-    HANDLE m_Timer = nullptr;
+    int m_Left;
 };
 
 // URL opening goes through the seam: a test records what would have been opened.
@@ -538,12 +547,12 @@ TEST_F(ButtonMessages, ClickComesBackAsAReflectedCommand)
     EXPECT_MESSAGES(m_Sequence, click, "click");
 }
 
-TEST_F(ButtonMessages, HeldForTwoAndAHalfDelaysSendsThreeCommandsAnEvenFourthThenTheClick)
+TEST_F(ButtonMessages, ReleasedAfterThreeCommandsSendsAnEvenFourthThenTheClick)
 {
     ASSERT_NE(nullptr, Make(L"Plain"));
     EXPECT_TRUE(m_Button->SetAutoRepeat(true, 100));
     {
-        DelayedRelease release(m_Button.hwnd(), 250);
+        ReleaseAfterCommands release(m_Button.hwnd(), 3);
         ::SendMessageW(m_Button.hwnd(), WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
     }
     const WPARAM id = MAKEWPARAM(114, 0);
@@ -565,7 +574,7 @@ TEST_F(ButtonMessages, HeldForTwoAndAHalfDelaysSendsThreeCommandsAnEvenFourthThe
         // And the hover is brought up to date from where the pointer is.
         {WM_MOUSEMOVE, kControl | kWParam, 0, 0},
         {0, 0, 0, 0}};
-    EXPECT_MESSAGES(m_Sequence, repeat, "auto repeat held 250 ms");
+    EXPECT_MESSAGES(m_Sequence, repeat, "auto repeat released after three commands");
     // That last move, like any first move, takes the capture; the next one finds the pointer
     // elsewhere and lets go.
     EXPECT_TRUE(m_Button->IsMouseOnButton());
@@ -599,11 +608,11 @@ TEST_F(ButtonMessages, DoubleClickOnAnAutoRepeatButtonStartsASecondLoop)
     ASSERT_NE(nullptr, Make(L"Plain"));
     m_Button->SetAutoRepeat(true, 100);
     {
-        DelayedRelease release(m_Button.hwnd(), 150);
+        ReleaseAfterCommands release(m_Button.hwnd(), 2);
         ::SendMessageW(m_Button.hwnd(), WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
     }
     {
-        DelayedRelease release(m_Button.hwnd(), 150);
+        ReleaseAfterCommands release(m_Button.hwnd(), 2);
         ::SendMessageW(m_Button.hwnd(), WM_LBUTTONDBLCLK, MK_LBUTTON, At(5, 5));
     }
     // Each press, the double click too (seen by the recorder as it came), runs a whole loop.

@@ -297,6 +297,26 @@ TEST_F(PlayerTest, TheFolderBarFiltersByTheChosenTracksArtist)
     EXPECT_EQ(200u, m_Window.ListedIds().size());
 }
 
+TEST_F(PlayerTest, TheSplitterSizesTheSidePanelAndTheListFollows)
+{
+    HWND divider = Control(L"PageLibrary/Divider");
+    HWND side = Control(L"PageLibrary/Side");
+    HWND list = m_Window.List()->m_hWnd;
+    RECT before = mirltest::PlaceInParent(list);
+    ::SendMessageW(divider, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 100));
+    // The bar follows the pointer's x in its own client: a move to 40 moves it 40 pixels.
+    ::SendMessageW(divider, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(40, 100));
+    ::SendMessageW(divider, WM_LBUTTONUP, 0, MAKELPARAM(40, 100));
+    RECT panel = {};
+    ::GetClientRect(side, &panel);
+    EXPECT_EQ(190, panel.right);
+    // The play list stands where the skin's list is laid out: 40 pixels narrower.
+    RECT after = mirltest::PlaceInParent(list);
+    EXPECT_EQ(before.right - before.left - 40, after.right - after.left);
+    RECT placeholder = mirltest::PlaceInParent(Control(L"PageLibrary/Main/PlayList"));
+    EXPECT_TRUE(::EqualRect(&placeholder, &after));
+}
+
 TEST_F(PlayerTest, VolumeBalanceAndTheJogWheelReachTheModel)
 {
     ASSERT_TRUE(m_Model.Play(m_Window.ListedIds()[0]));
