@@ -453,7 +453,7 @@ void Settle(HWND host)
 // where a list view's bars first drawn in some state or size inside a storm grew it by up to ten
 // bitmaps, the same in the next storm of the process by none. Every part in every state is drawn
 // at many sizes before the first census, so that what is left to count is what the windows made.
-void LoadScrollBarThemeImages(HWND window)
+void LoadScrollBarThemeImages(HWND window, SharedBlock *block)
 {
     HTHEME theme = ::OpenThemeData(window, L"SCROLLBAR");
     if (theme == nullptr) {
@@ -466,9 +466,13 @@ void LoadScrollBarThemeImages(HWND window)
     HGDIOBJ old = ::SelectObject(dc, bitmap);
     // A part may have an image for each size, chosen by the size drawn: the bars' thickness and
     // the lengths of thumbs and tracks at the storm's sizes, from tiny to long.
-    static const int sides[] = {1, 4, 8, 12, 13, 16, 17, 20, 24, 32, 40, 64, 120, 400};
+    static const int sides[] = {1, 8, 13, 17, 24, 40, 120};
     for (int part = SBP_ARROWBTN; part <= SBP_SIZEBOX; ++part) {
         for (int state = 1; state <= ABS_RIGHTHOVER; ++state) {
+            // The driver takes a worker whose heartbeat stands still for seconds as hung.
+            if (block != nullptr) {
+                InterlockedIncrement(&block->heartbeat);
+            }
             for (int width : sides) {
                 for (int height : sides) {
                     const RECT place = {0, 0, width, height};
@@ -709,7 +713,7 @@ DWORD RunStorm(const StormClass &row, uint64_t seed, long count, SharedBlock *bl
         };
         // Caches of the system and of GDI+ fill up during the first messages: not growth.
         if (_wcsicmp(row.className, L"LISTVIEW") == 0) {
-            LoadScrollBarThemeImages(window->m_hWnd);
+            LoadScrollBarThemeImages(window->m_hWnd, block);
         }
         Rehearse(row, storm.Messages(), send);
         for (int i = 0; i < kWarmUpMessages; ++i) {
