@@ -242,6 +242,10 @@ public:
         MESSAGE_HANDLER(WM_CANCELMODE, OnClearingMessage)
         MESSAGE_HANDLER(WM_CAPTURECHANGED, OnCaptureChanged)
         MESSAGE_HANDLER(WM_SETCURSOR, OnSetCursor)
+        MESSAGE_HANDLER(WM_PAINT, OnPaintOrPlace)
+        MESSAGE_HANDLER(WM_WINDOWPOSCHANGED, OnPaintOrPlace)
+        MESSAGE_HANDLER(WM_SHOWWINDOW, OnPaintOrPlace)
+        MESSAGE_HANDLER(WM_SETREDRAW, OnPaintOrPlace)
         CHAIN_MSG_MAP(WTL::CDoubleBufferImpl<MirlListView>)
         CHAIN_MSG_MAP(Base)
     END_MSG_MAP()
@@ -259,6 +263,9 @@ public:
     LRESULT OnLButtonDown(UINT, WPARAM, LPARAM, BOOL &);
     LRESULT OnCaptureChanged(UINT, WPARAM, LPARAM, BOOL &);
     LRESULT OnSetCursor(UINT, WPARAM, LPARAM, BOOL &);
+    // A paint, a move, a size or a change of visibility may leave less of the client invalid
+    // than the last layout made it; passed on.
+    LRESULT OnPaintOrPlace(UINT, WPARAM, LPARAM, BOOL &);
 
 protected:
     void ArrangeTitles(int x);
@@ -269,6 +276,12 @@ protected:
     void CancelHover();
     void FreeHeaderImages();
     void InvalidateTitle();
+    // The whole client, unless layout already made it all invalid and nothing painted, moved
+    // or showed the window since: appending many rows asks the system once.
+    void InvalidateWhole();
+    // Sets a bar's range to 0..maximum, keeping its position; a bar already at that range is
+    // left alone.
+    void SetBarRange(HWND bar, int maximum);
     int ScrollPos(HWND bar) const;
 
     int m_TitleHeight;
@@ -305,6 +318,9 @@ protected:
     // Counts every ClearItems: a walk that sent a notification stops if the rows went.
     unsigned long m_RowsGeneration;
     int m_PaintedRows;
+    // Layout made the whole client invalid and no paint, move, size or visibility change came
+    // since.
+    bool m_WholeInvalid;
 };
 
 class MIRL_API MirlComboBox : public MirlWindowImpl<MirlComboBox>,

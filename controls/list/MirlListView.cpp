@@ -54,7 +54,7 @@ MirlListView::MirlListView()
       m_Cursor(NULL), m_RowsRect(), m_CurColumn(-1), m_HoverColumn(-1), m_PressedColumn(-1), m_HoverItem(NULL),
       m_HScrollBar(NULL), m_VScrollBar(NULL), m_ImgNormal(NULL), m_ImgHover(NULL), m_ImgPressed(NULL),
       m_ImgEmpty(NULL), m_LaidCount(0), m_LaidX(0), m_LaidY(0), m_LaidPitch(0), m_LaidTotal(0),
-      m_FirstVisible(m_Items.end()), m_FirstVisibleIndex(0), m_RowsGeneration(0), m_PaintedRows(0)
+      m_FirstVisible(m_Items.end()), m_FirstVisibleIndex(0), m_RowsGeneration(0), m_PaintedRows(0), m_WholeInvalid(false)
 {
 }
 
@@ -421,28 +421,51 @@ void MirlListView::ArrangeLayout(int width, int height)
     const MIRL::ListLayoutResult out = MIRL::ComputeListLayout(in);
     m_RowsRect = out.rowsRect;
 
-    // Positions are pixels: no page size, and the bars keep their positions.
-    SCROLLINFO info = {};
-    info.cbSize = sizeof(info);
-    info.fMask = SIF_RANGE | SIF_POS;
     if (m_HScrollBar != NULL) {
-        info.nPos = ScrollPos(m_HScrollBar);
-        info.nMin = 0;
-        info.nMax = out.hMax;
-        ::SetScrollInfo(m_HScrollBar, SB_CTL, &info, FALSE);
+        SetBarRange(m_HScrollBar, out.hMax);
         PlaceBar(m_HScrollBar, out.needH, out.hBar);
     }
     if (m_VScrollBar != NULL) {
-        info.nPos = ScrollPos(m_VScrollBar);
-        info.nMin = 0;
-        info.nMax = out.vMax;
-        ::SetScrollInfo(m_VScrollBar, SB_CTL, &info, FALSE);
+        SetBarRange(m_VScrollBar, out.vMax);
         PlaceBar(m_VScrollBar, out.needV, out.vBar);
     }
     // The content returns to offset 0 while the bars stay: the next scroll brings them together.
     ArrangeItems(0, 0);
     ArrangeTitles(0);
-    Invalidate();
+    InvalidateWhole();
+}
+
+void MirlListView::SetBarRange(HWND bar, int maximum)
+{
+    // Positions are pixels: no page size, and the bar keeps its position. Setting a range the
+    // bar already has changes nothing, and appending rows leaves the horizontal one as it is.
+    SCROLLINFO info = {};
+    info.cbSize = sizeof(info);
+    info.fMask = SIF_RANGE | SIF_POS;
+    if (::GetScrollInfo(bar, SB_CTL, &info) && info.nMin == 0 && info.nMax == maximum) {
+        return;
+    }
+    info.fMask = SIF_RANGE | SIF_POS;
+    info.nMin = 0;
+    info.nMax = maximum;
+    ::SetScrollInfo(bar, SB_CTL, &info, FALSE);
+}
+
+void MirlListView::InvalidateWhole()
+{
+    // Each invalidation is a round trip to the window server; appending 10,000 rows spent most
+    // of its time there, asking for what was already asked.
+    if (!m_WholeInvalid) {
+        Invalidate();
+        m_WholeInvalid = true;
+    }
+}
+
+LRESULT MirlListView::OnPaintOrPlace(UINT, WPARAM, LPARAM, BOOL &bHandled)
+{
+    m_WholeInvalid = false;
+    bHandled = FALSE;
+    return 0;
 }
 
 LRESULT MirlListView::OnSize(UINT, WPARAM, LPARAM lParam, BOOL &bHandled)
@@ -454,6 +477,8 @@ LRESULT MirlListView::OnSize(UINT, WPARAM, LPARAM lParam, BOOL &bHandled)
     m_RowsRect.top = 0;
     m_RowsRect.right = width;
     m_RowsRect.bottom = height;
+    // A new size is a new "everything" to invalidate.
+    m_WholeInvalid = false;
     ArrangeLayout(width, height);
     return 0;
 }

@@ -5,6 +5,9 @@
 #include "MirlFuzzRandom.h"
 #include "MirlSkinCorpus.h"
 
+#include <uxtheme.h>
+#include <vsstyle.h>
+
 #include <cstdio>
 #include <cstring>
 #include <cwchar>
@@ -266,10 +269,8 @@ const StormMessage kComboMessages[] = {
     {WM_VSCROLL, WM_VSCROLL, P::Number, P::Window, 1},
 };
 
-// MirlListView as its template makes it, without rows: scrolling messages from any window,
-// presses and double clicks with Ctrl, hover. A list filled with rows grew by a few GDI objects
-// under Wine in some storms (the system scroll bars shown at the storm's random sizes); that
-// growth is not yet explained, so the rows are left to the list view's own tests.
+// MirlListView filled with rows (FillStormList): scrolling messages from any window, presses
+// and double clicks with Ctrl, hover.
 const StormMessage kListViewMessages[] = {
     {WM_HSCROLL, WM_VSCROLL, P::Number, P::Window, 8},
     {WM_LBUTTONDOWN, WM_LBUTTONDBLCLK, P::Number, P::Point, 6},
@@ -447,6 +448,67 @@ void Settle(HWND host)
     ::SendMessageW(host, WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.right, client.bottom));
 }
 
+// The system's scroll bars are drawn from the theme's images, which the theme loads the first
+// time a part is drawn in a state at a size and keeps for the whole process: seen under Wine,
+// where a list view's bars first drawn in some state or size inside a storm grew it by up to ten
+// bitmaps, the same in the next storm of the process by none. Every part in every state is drawn
+// at many sizes before the first census, so that what is left to count is what the windows made.
+void LoadScrollBarThemeImages(HWND window, SharedBlock *block)
+{
+    HTHEME theme = ::OpenThemeData(window, L"SCROLLBAR");
+    if (theme == nullptr) {
+        return;
+    }
+    HDC screen = ::GetDC(nullptr);
+    HDC dc = ::CreateCompatibleDC(screen);
+    HBITMAP bitmap = ::CreateCompatibleBitmap(screen, 64, 64);
+    ::ReleaseDC(nullptr, screen);
+    HGDIOBJ old = ::SelectObject(dc, bitmap);
+    // A part may have an image for each size, chosen by the size drawn: the bars' thickness and
+    // the lengths of thumbs and tracks at the storm's sizes, from tiny to long.
+    static const int sides[] = {1, 8, 13, 17, 24, 40, 120};
+    for (int part = SBP_ARROWBTN; part <= SBP_SIZEBOX; ++part) {
+        for (int state = 1; state <= ABS_RIGHTHOVER; ++state) {
+            // The driver takes a worker whose heartbeat stands still for seconds as hung.
+            if (block != nullptr) {
+                InterlockedIncrement(&block->heartbeat);
+            }
+            for (int width : sides) {
+                for (int height : sides) {
+                    const RECT place = {0, 0, width, height};
+                    ::DrawThemeBackground(theme, dc, part, state, &place, nullptr);
+                }
+            }
+        }
+    }
+    ::SelectObject(dc, old);
+    ::DeleteObject(bitmap);
+    ::DeleteDC(dc);
+    ::CloseThemeData(theme);
+}
+
+// A row of the storm's list: a band of colour in each cell, a dark one when selected.
+class StormListRow : public MirlListView::INFORMATION_ITEM {
+public:
+    void PaintCell(Gdiplus::Graphics &graphics, int column, RECT *cell) override
+    {
+        Gdiplus::SolidBrush brush(Gdiplus::Color(selected ? 0xFF202040 : 0xFF40A0C0 + 0x200000 * column));
+        graphics.FillRectangle(&brush, cell->left + 1, cell->top + 2, cell->right - cell->left - 2, 6);
+    }
+};
+
+// Three columns wider than the list and 300 rows: both system scroll bars are up, and every
+// scroll, press and move of the storm finds rows.
+void FillStormList(MirlListView *list)
+{
+    list->AddColumn(nullptr, L"One", 90);
+    list->AddColumn(nullptr, L"Two", 90);
+    list->AddColumn(nullptr, L"Three", 90);
+    for (int i = 0; i < 300; ++i) {
+        list->AddItem(new StormListRow());
+    }
+}
+
 // Paints the window into the canvas over a sentinel; empty when nothing was painted.
 std::vector<DWORD> PictureOf(MirlWindowBase *window, Canvas &canvas, UINT message)
 {
@@ -607,6 +669,9 @@ DWORD RunStorm(const StormClass &row, uint64_t seed, long count, SharedBlock *bl
             return ExitStormSetup;
         }
         host.Adopt(window);
+        if (_wcsicmp(row.className, L"LISTVIEW") == 0) {
+            FillStormList(static_cast<MirlListView *>(window));
+        }
         ::SendMessageW(host.m_hWnd, WM_SIZE, SIZE_RESTORED, MAKELPARAM(320, 240));
 
         Canvas canvas(64, 64);
@@ -647,6 +712,9 @@ DWORD RunStorm(const StormClass &row, uint64_t seed, long count, SharedBlock *bl
                            static_cast<LPARAM>(Resolve(pool, draw.lKind, draw.lValue)));
         };
         // Caches of the system and of GDI+ fill up during the first messages: not growth.
+        if (_wcsicmp(row.className, L"LISTVIEW") == 0) {
+            LoadScrollBarThemeImages(window->m_hWnd, block);
+        }
         Rehearse(row, storm.Messages(), send);
         for (int i = 0; i < kWarmUpMessages; ++i) {
             send(warmUp.Next());
