@@ -155,6 +155,12 @@ public:
     int GetTyped() const { return m_Typed; }
     // The face that a single-line edit draws in: "Arial", or a family that exists.
     Gdiplus::Font *GetSingleLineFont() const { return m_SingleLineFont; }
+    // Painting draws runs of characters in one GDI+ call each; with this set it draws every
+    // character with a DrawString of its own, the reference that the runs must equal.
+    void SetDrawEachCharacter(bool each) { m_DrawEachCharacter = each; }
+    bool GetDrawEachCharacter() const { return m_DrawEachCharacter; }
+    // GDI+ text calls that the last paint made for the edit's characters.
+    int GetLastTextDrawCalls() const { return m_LastTextDrawCalls; }
 
 #define MIRL_EDIT_HANDLER(msg, expression) \
     if (uMsg == (msg)) { \
@@ -247,4 +253,6 @@ protected:
     Gdiplus::ARGB m_SelColor;
     Gdiplus::ARGB m_SelTextColor;
     Gdiplus::ARGB m_BorderColor;
+    bool m_DrawEachCharacter;
+    int m_LastTextDrawCalls;
 };

@@ -23,7 +23,8 @@ MirlEdit::MirlEdit()
       m_HasFocus(false), m_SelAll(false), m_NotifyKillFocus(1), m_CodePage(1252), m_NeedIME(false),
       m_ClipboardFormat(0), m_IMEWasOpen(false), m_IMEWanted(true), m_IMEConversion(9), m_IMESentence(4),
       m_SwallowChar(false), m_Typed(0), m_TextMeasurer(NULL), m_SingleLineFont(NULL), m_SingleLineFamily(NULL),
-      m_SelColor(kDefaultSelColor), m_SelTextColor(kDefaultSelColor), m_BorderColor(kDefaultSelColor)
+      m_SelColor(kDefaultSelColor), m_SelTextColor(kDefaultSelColor), m_BorderColor(kDefaultSelColor),
+      m_DrawEachCharacter(false), m_LastTextDrawCalls(0)
 {
     m_bMsgHandled = 0;
 }

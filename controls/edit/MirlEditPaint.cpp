@@ -1,20 +1,14 @@
-// The edit's painting: background or veil, watermark, selection, one character at a time from
-// the engine's tables, and the border.
+// The edit's painting: background or veil, watermark, selection, every character at the place
+// the engine's tables give it, and the border.
 #include "MirlEdit.h"
+
+#include "MirlEditGlyphRuns.h"
 
 namespace {
 
 const Gdiplus::ARGB kFocusedVeil = 0xC8D7D7D7;
 const Gdiplus::ARGB kSolidGrey = 0xFFD7D7D7;
 const Gdiplus::ARGB kWaterColor = 0xFF808080;
-
-void DrawCharacter(Gdiplus::Graphics &graphics, const wchar_t *c, Gdiplus::Font *font, float x, float y,
-                   Gdiplus::Brush *brush)
-{
-    if (font != NULL && brush != NULL) {
-        graphics.DrawString(c, 1, font, Gdiplus::PointF(x, y), brush);
-    }
-}
 
 } // namespace
 
@@ -45,6 +39,7 @@ void MirlEdit::DoPaint(WTL::CDCHandle dc)
         graphics.DrawString(m_WaterText.c_str(), static_cast<INT>(m_WaterText.size()), m_TxFont, box, &format, &water);
     }
 
+    m_LastTextDrawCalls = 0;
     if (m_Style & ES_MULTILINE) {
         PaintMultiLine(graphics, client);
     } else {
@@ -87,7 +82,7 @@ void MirlEdit::PaintSingleLine(Gdiplus::Graphics &graphics, const RECT &rect)
         graphics.FillRectangle(m_SelBrush, start, lineY, x - start, lineHeight);
     }
 
-    Gdiplus::Font *font = m_SingleLineFont;
+    MirlEditGlyphRuns painter(graphics, m_SingleLineFont, m_DrawEachCharacter);
     const int limit = rect.right - m_Margin;
     int x = lineX;
     const bool flags = m_HasSelection || m_Highlighting;
@@ -98,8 +93,7 @@ void MirlEdit::PaintSingleLine(Gdiplus::Graphics &graphics, const RECT &rect)
             if (CharWidth(i) + x > limit) {
                 break;
             }
-            DrawCharacter(graphics, &m_Text[static_cast<size_t>(i)], font, static_cast<float>(x),
-                          static_cast<float>(lineY), brushFor(i));
+            painter.Draw(&m_Text[static_cast<size_t>(i)], static_cast<float>(x), static_cast<float>(lineY), brushFor(i));
             x += CharWidth(i);
         }
     } else {
@@ -108,13 +102,14 @@ void MirlEdit::PaintSingleLine(Gdiplus::Graphics &graphics, const RECT &rect)
         const int last = std::min(line.first + line.count, textLength);
         for (int i = 0; i < last; ++i) {
             if (static_cast<float>(limit) >= static_cast<float>(x) + CharWidthF(i)) {
-                DrawCharacter(graphics, &m_Text[static_cast<size_t>(i)], font,
-                              static_cast<float>(x) - m_CharRects[static_cast<size_t>(i)].X, static_cast<float>(lineY),
-                              brushFor(i));
+                painter.Draw(&m_Text[static_cast<size_t>(i)], static_cast<float>(x) - m_CharRects[static_cast<size_t>(i)].X,
+                             static_cast<float>(lineY), brushFor(i));
             }
             x += CharWidth(i);
         }
     }
+    painter.Flush();
+    m_LastTextDrawCalls = painter.GetDrawCalls();
 }
 
 void MirlEdit::PaintMultiLine(Gdiplus::Graphics &graphics, const RECT &rect)
@@ -171,21 +166,29 @@ void MirlEdit::PaintMultiLine(Gdiplus::Graphics &graphics, const RECT &rect)
         return;
     }
     const int textLength = static_cast<int>(std::min(m_Text.size(), m_CharRects.size()));
+    MirlEditGlyphRuns painter(graphics, m_TxFont, m_DrawEachCharacter);
     size_t current = 0;
     int x = Truncate(m_Lines[0].x);
     int y = Truncate(m_Lines[0].y);
-    for (int i = 0; i < textLength; ++i) {
+    bool pastLastLine = false;
+    for (int i = 0; i < textLength && !pastLastLine; ++i) {
         while (current < m_Lines.size() && i >= m_Lines[current].first + m_Lines[current].count) {
             if (current + 1 >= m_Lines.size()) {
-                return;
+                pastLastLine = true;
+                break;
             }
             ++current;
             x = Truncate(m_Lines[current].x);
             y = Truncate(m_Lines[current].y);
         }
+        if (pastLastLine) {
+            break;
+        }
         Gdiplus::Brush *brush = flags && i >= low && i < high ? m_SelTextBrush : m_TxBrush;
-        DrawCharacter(graphics, &m_Text[static_cast<size_t>(i)], m_TxFont,
-                      static_cast<float>(x) - m_CharRects[static_cast<size_t>(i)].X, static_cast<float>(y), brush);
+        painter.Draw(&m_Text[static_cast<size_t>(i)], static_cast<float>(x) - m_CharRects[static_cast<size_t>(i)].X,
+                     static_cast<float>(y), brush);
         x += CharWidth(i);
     }
+    painter.Flush();
+    m_LastTextDrawCalls = painter.GetDrawCalls();
 }
