@@ -12,6 +12,74 @@ const Gdiplus::ARGB kWaterColor = 0xFF808080;
 
 } // namespace
 
+bool MirlEdit::PreparePaintPicture(HDC target, int width, int height)
+{
+    if (m_PaintDC != NULL && m_PaintSize.cx == width && m_PaintSize.cy == height) {
+        return true;
+    }
+    FreePaintPicture();
+    if (width <= 0 || height <= 0) {
+        return false;
+    }
+    m_PaintDC = ::CreateCompatibleDC(target);
+    m_PaintBitmap = m_PaintDC != NULL ? ::CreateCompatibleBitmap(target, width, height) : NULL;
+    if (m_PaintBitmap == NULL) {
+        FreePaintPicture();
+        return false;
+    }
+    m_PaintOldBitmap = ::SelectObject(m_PaintDC, m_PaintBitmap);
+    m_PaintSize.cx = width;
+    m_PaintSize.cy = height;
+    return true;
+}
+
+void MirlEdit::FreePaintPicture()
+{
+    if (m_PaintDC != NULL && m_PaintOldBitmap != NULL) {
+        ::SelectObject(m_PaintDC, m_PaintOldBitmap);
+    }
+    if (m_PaintBitmap != NULL) {
+        ::DeleteObject(m_PaintBitmap);
+    }
+    if (m_PaintDC != NULL) {
+        ::DeleteDC(m_PaintDC);
+    }
+    m_PaintDC = NULL;
+    m_PaintBitmap = NULL;
+    m_PaintOldBitmap = NULL;
+    m_PaintSize.cx = 0;
+    m_PaintSize.cy = 0;
+}
+
+LRESULT MirlEdit::OnPaint(UINT, WPARAM wParam, LPARAM, BOOL &handled)
+{
+    if (wParam != 0) {
+        handled = FALSE;
+        return 0;
+    }
+    // Typing repaints the whole edit for every character: the off-screen picture is made once
+    // for the client's size instead of at each paint. It is the same kind of bitmap as the
+    // double buffer would make (compatible with the window's device context), and DoPaint
+    // covers the whole of it, so the pixels are the same.
+    PAINTSTRUCT paint = {};
+    HDC dc = ::BeginPaint(m_hWnd, &paint);
+    if (dc == NULL) {
+        return 0;
+    }
+    RECT client = {};
+    ::GetClientRect(m_hWnd, &client);
+    if (PreparePaintPicture(dc, client.right - client.left, client.bottom - client.top)) {
+        DoPaint(WTL::CDCHandle(m_PaintDC));
+        ::BitBlt(dc, paint.rcPaint.left, paint.rcPaint.top, paint.rcPaint.right - paint.rcPaint.left,
+                 paint.rcPaint.bottom - paint.rcPaint.top, m_PaintDC, paint.rcPaint.left, paint.rcPaint.top, SRCCOPY);
+    } else {
+        WTL::CMemoryDC picture(dc, paint.rcPaint);
+        DoPaint(WTL::CDCHandle(picture.m_hDC));
+    }
+    ::EndPaint(m_hWnd, &paint);
+    return 0;
+}
+
 void MirlEdit::DoPaint(WTL::CDCHandle dc)
 {
     Gdiplus::Graphics graphics(dc.m_hDC);

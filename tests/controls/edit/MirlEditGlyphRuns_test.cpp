@@ -72,11 +72,11 @@ int DrawText(HDC dc, Gdiplus::Font *font, const std::wstring &text, const std::v
 // back into a DIB.
 class ScreenBitmap {
 public:
-    ScreenBitmap()
+    explicit ScreenBitmap(int width = kWidth, int height = kHeight) : m_Width(width), m_Height(height)
     {
         HDC screen = ::GetDC(NULL);
         m_Dc = ::CreateCompatibleDC(screen);
-        m_Bitmap = ::CreateCompatibleBitmap(screen, kWidth, kHeight);
+        m_Bitmap = ::CreateCompatibleBitmap(screen, width, height);
         m_Old = ::SelectObject(m_Dc, m_Bitmap);
         ::ReleaseDC(NULL, screen);
     }
@@ -91,13 +91,15 @@ public:
     HDC dc() const { return m_Dc; }
     mirltest::Dib Read() const
     {
-        mirltest::Dib copy(kWidth, kHeight);
-        ::BitBlt(copy.dc(), 0, 0, kWidth, kHeight, m_Dc, 0, 0, SRCCOPY);
+        mirltest::Dib copy(m_Width, m_Height);
+        ::BitBlt(copy.dc(), 0, 0, m_Width, m_Height, m_Dc, 0, 0, SRCCOPY);
         ::GdiFlush();
         return copy;
     }
 
 private:
+    int m_Width;
+    int m_Height;
     HDC m_Dc;
     HBITMAP m_Bitmap;
     HGDIOBJ m_Old;
@@ -339,4 +341,59 @@ TEST_F(EditRunsTest, ALineOfPlainTextIsDrawnInAFewCalls)
     edit->SetDrawEachCharacter(false);
     EXPECT_GT(runs, 0);
     EXPECT_LE(runs * 4, each) << runs << " runs against " << each << " characters drawn";
+}
+
+namespace {
+
+// What the edit shows on the screen after the system's own WM_PAINT, read from its window.
+mirltest::Dib PaintedOnScreen(HWND edit)
+{
+    ::InvalidateRect(edit, NULL, TRUE);
+    ::UpdateWindow(edit);
+    RECT client = {};
+    ::GetClientRect(edit, &client);
+    mirltest::Dib shown(client.right, client.bottom);
+    HDC dc = ::GetDC(edit);
+    ::BitBlt(shown.dc(), 0, 0, client.right, client.bottom, dc, 0, 0, SRCCOPY);
+    ::ReleaseDC(edit, dc);
+    ::GdiFlush();
+    return shown;
+}
+
+// What the double buffer paints for WM_PAINT with a device context, into a bitmap of the
+// screen's kind.
+mirltest::Dib PaintedByTheDoubleBuffer(HWND edit)
+{
+    RECT client = {};
+    ::GetClientRect(edit, &client);
+    ScreenBitmap target(client.right, client.bottom);
+    ::SendMessageW(edit, WM_PAINT, reinterpret_cast<WPARAM>(target.dc()), 0);
+    return target.Read();
+}
+
+} // namespace
+
+TEST_F(EditRunsTest, TheKeptPicturePaintsWhatTheDoubleBufferPaints)
+{
+    MirlEdit *edit = mirltest::EditOf(m_Frame, 201);
+    ASSERT_NE(nullptr, edit);
+    mirltest::FillEdit(edit, L"Kind of Blue So What");
+    edit->SetSelAnchor(5);
+    edit->SetCursorPosition(12);
+    edit->SetHasSelection(true);
+    const mirltest::Dib shown = PaintedOnScreen(edit->m_hWnd);
+    const mirltest::Dib buffered = PaintedByTheDoubleBuffer(edit->m_hWnd);
+    EXPECT_EQ(0, mirltest::ComparePixels(buffered, shown, 0).count);
+    EXPECT_EQ(0xFAFAF6u, buffered.Pixel(2, 2)); // the paper, not an empty picture
+
+    // A new size makes a new picture: the wider edit shows its whole border.
+    RECT place = {};
+    ::GetWindowRect(edit->m_hWnd, &place);
+    ::MapWindowPoints(NULL, m_Frame.m_hWnd, reinterpret_cast<POINT *>(&place), 2);
+    ::MoveWindow(edit->m_hWnd, place.left, place.top, place.right - place.left + 60, place.bottom - place.top + 6, TRUE);
+    const mirltest::Dib wider = PaintedOnScreen(edit->m_hWnd);
+    const mirltest::Dib widerBuffered = PaintedByTheDoubleBuffer(edit->m_hWnd);
+    ASSERT_EQ(widerBuffered.width(), wider.width());
+    EXPECT_EQ(0, mirltest::ComparePixels(widerBuffered, wider, 0).count);
+    EXPECT_EQ(0xC81E1Eu, wider.Pixel(wider.width() - 1, wider.height() - 1));
 }
