@@ -139,6 +139,9 @@ public:
     LRESULT OnEraseBkgnd(UINT message, WPARAM wParam, LPARAM lParam, BOOL &handled);
     LRESULT OnSetWindowText(UINT message, WPARAM wParam, LPARAM lParam, BOOL &handled);
     LRESULT OnDestroy(UINT message, WPARAM wParam, LPARAM lParam, BOOL &handled);
+    // WM_PAINT from the system: drawn into a picture of the client kept between paints. With a
+    // device context in wParam it goes on to the double buffer.
+    LRESULT OnPaint(UINT message, WPARAM wParam, LPARAM lParam, BOOL &handled);
     void DoPaint(WTL::CDCHandle dc);
 
     // State, for the application and tests.
@@ -155,6 +158,12 @@ public:
     int GetTyped() const { return m_Typed; }
     // The face that a single-line edit draws in: "Arial", or a family that exists.
     Gdiplus::Font *GetSingleLineFont() const { return m_SingleLineFont; }
+    // Painting draws runs of characters in one GDI+ call each; with this set it draws every
+    // character with a DrawString of its own, the reference that the runs must equal.
+    void SetDrawEachCharacter(bool each) { m_DrawEachCharacter = each; }
+    bool GetDrawEachCharacter() const { return m_DrawEachCharacter; }
+    // GDI+ text calls that the last paint made for the edit's characters.
+    int GetLastTextDrawCalls() const { return m_LastTextDrawCalls; }
 
 #define MIRL_EDIT_HANDLER(msg, expression) \
     if (uMsg == (msg)) { \
@@ -182,6 +191,7 @@ public:
         MIRL_EDIT_HANDLER(WM_SETFOCUS, (OnSetFocus(reinterpret_cast<HWND>(wParam)), 0))
         MIRL_EDIT_HANDLER(WM_IME_COMPOSITION, OnIMEChars(uMsg, wParam, lParam))
         MESSAGE_HANDLER(WM_DESTROY, OnDestroy)
+        MESSAGE_HANDLER(WM_PAINT, OnPaint)
         CHAIN_MSG_MAP(WTL::CDoubleBufferImpl<MirlEdit>)
         CHAIN_MSG_MAP(Base)
     END_MSG_MAP()
@@ -218,6 +228,10 @@ protected:
     // The colours and objects of painting, from the skin's fixed names.
     void LoadColors();
     void FreePaintObjects();
+    // The kept picture of OnPaint, made or remade for a client of that size; false if the
+    // system refuses one.
+    bool PreparePaintPicture(HDC target, int width, int height);
+    void FreePaintPicture();
     // The clipboard's text as wide characters, read no further than its block: the private
     // format, then Unicode, then ANSI. False when there is none.
     bool ReadClipboardText(std::wstring &text);
@@ -247,4 +261,10 @@ protected:
     Gdiplus::ARGB m_SelColor;
     Gdiplus::ARGB m_SelTextColor;
     Gdiplus::ARGB m_BorderColor;
+    bool m_DrawEachCharacter;
+    int m_LastTextDrawCalls;
+    HDC m_PaintDC;
+    HBITMAP m_PaintBitmap;
+    HGDIOBJ m_PaintOldBitmap;
+    SIZE m_PaintSize;
 };

@@ -23,13 +23,18 @@ MirlEdit::MirlEdit()
       m_HasFocus(false), m_SelAll(false), m_NotifyKillFocus(1), m_CodePage(1252), m_NeedIME(false),
       m_ClipboardFormat(0), m_IMEWasOpen(false), m_IMEWanted(true), m_IMEConversion(9), m_IMESentence(4),
       m_SwallowChar(false), m_Typed(0), m_TextMeasurer(NULL), m_SingleLineFont(NULL), m_SingleLineFamily(NULL),
-      m_SelColor(kDefaultSelColor), m_SelTextColor(kDefaultSelColor), m_BorderColor(kDefaultSelColor)
+      m_SelColor(kDefaultSelColor), m_SelTextColor(kDefaultSelColor), m_BorderColor(kDefaultSelColor),
+      m_DrawEachCharacter(false), m_LastTextDrawCalls(0), m_PaintDC(NULL), m_PaintBitmap(NULL),
+      m_PaintOldBitmap(NULL)
 {
+    m_PaintSize.cx = 0;
+    m_PaintSize.cy = 0;
     m_bMsgHandled = 0;
 }
 
 MirlEdit::~MirlEdit()
 {
+    FreePaintPicture();
     FreePaintObjects();
     delete m_BackImage;
     m_BackImage = NULL;
@@ -182,6 +187,7 @@ LRESULT MirlEdit::OnDestroy(UINT message, WPARAM wParam, LPARAM lParam, BOOL &ha
     if (::GetCapture() == m_hWnd) {
         ::ReleaseCapture();
     }
+    FreePaintPicture();
     Base::OnDestroy(message, wParam, lParam, handled);
     handled = FALSE;
     return 0;

@@ -1,6 +1,8 @@
-// The edit's painting: background or veil, watermark, selection, one character at a time from
-// the engine's tables, and the border.
+// The edit's painting: background or veil, watermark, selection, every character at the place
+// the engine's tables give it, and the border.
 #include "MirlEdit.h"
+
+#include "MirlEditGlyphRuns.h"
 
 namespace {
 
@@ -8,15 +10,75 @@ const Gdiplus::ARGB kFocusedVeil = 0xC8D7D7D7;
 const Gdiplus::ARGB kSolidGrey = 0xFFD7D7D7;
 const Gdiplus::ARGB kWaterColor = 0xFF808080;
 
-void DrawCharacter(Gdiplus::Graphics &graphics, const wchar_t *c, Gdiplus::Font *font, float x, float y,
-                   Gdiplus::Brush *brush)
+} // namespace
+
+bool MirlEdit::PreparePaintPicture(HDC target, int width, int height)
 {
-    if (font != NULL && brush != NULL) {
-        graphics.DrawString(c, 1, font, Gdiplus::PointF(x, y), brush);
+    if (m_PaintDC != NULL && m_PaintSize.cx == width && m_PaintSize.cy == height) {
+        return true;
     }
+    FreePaintPicture();
+    if (width <= 0 || height <= 0) {
+        return false;
+    }
+    m_PaintDC = ::CreateCompatibleDC(target);
+    m_PaintBitmap = m_PaintDC != NULL ? ::CreateCompatibleBitmap(target, width, height) : NULL;
+    if (m_PaintBitmap == NULL) {
+        FreePaintPicture();
+        return false;
+    }
+    m_PaintOldBitmap = ::SelectObject(m_PaintDC, m_PaintBitmap);
+    m_PaintSize.cx = width;
+    m_PaintSize.cy = height;
+    return true;
 }
 
-} // namespace
+void MirlEdit::FreePaintPicture()
+{
+    if (m_PaintDC != NULL && m_PaintOldBitmap != NULL) {
+        ::SelectObject(m_PaintDC, m_PaintOldBitmap);
+    }
+    if (m_PaintBitmap != NULL) {
+        ::DeleteObject(m_PaintBitmap);
+    }
+    if (m_PaintDC != NULL) {
+        ::DeleteDC(m_PaintDC);
+    }
+    m_PaintDC = NULL;
+    m_PaintBitmap = NULL;
+    m_PaintOldBitmap = NULL;
+    m_PaintSize.cx = 0;
+    m_PaintSize.cy = 0;
+}
+
+LRESULT MirlEdit::OnPaint(UINT, WPARAM wParam, LPARAM, BOOL &handled)
+{
+    if (wParam != 0) {
+        handled = FALSE;
+        return 0;
+    }
+    // Typing repaints the whole edit for every character: the off-screen picture is made once
+    // for the client's size instead of at each paint. It is the same kind of bitmap as the
+    // double buffer would make (compatible with the window's device context), and DoPaint
+    // covers the whole of it, so the pixels are the same.
+    PAINTSTRUCT paint = {};
+    HDC dc = ::BeginPaint(m_hWnd, &paint);
+    if (dc == NULL) {
+        return 0;
+    }
+    RECT client = {};
+    ::GetClientRect(m_hWnd, &client);
+    if (PreparePaintPicture(dc, client.right - client.left, client.bottom - client.top)) {
+        DoPaint(WTL::CDCHandle(m_PaintDC));
+        ::BitBlt(dc, paint.rcPaint.left, paint.rcPaint.top, paint.rcPaint.right - paint.rcPaint.left,
+                 paint.rcPaint.bottom - paint.rcPaint.top, m_PaintDC, paint.rcPaint.left, paint.rcPaint.top, SRCCOPY);
+    } else {
+        WTL::CMemoryDC picture(dc, paint.rcPaint);
+        DoPaint(WTL::CDCHandle(picture.m_hDC));
+    }
+    ::EndPaint(m_hWnd, &paint);
+    return 0;
+}
 
 void MirlEdit::DoPaint(WTL::CDCHandle dc)
 {
@@ -45,6 +107,7 @@ void MirlEdit::DoPaint(WTL::CDCHandle dc)
         graphics.DrawString(m_WaterText.c_str(), static_cast<INT>(m_WaterText.size()), m_TxFont, box, &format, &water);
     }
 
+    m_LastTextDrawCalls = 0;
     if (m_Style & ES_MULTILINE) {
         PaintMultiLine(graphics, client);
     } else {
@@ -87,7 +150,7 @@ void MirlEdit::PaintSingleLine(Gdiplus::Graphics &graphics, const RECT &rect)
         graphics.FillRectangle(m_SelBrush, start, lineY, x - start, lineHeight);
     }
 
-    Gdiplus::Font *font = m_SingleLineFont;
+    MirlEditGlyphRuns painter(graphics, m_SingleLineFont, m_DrawEachCharacter);
     const int limit = rect.right - m_Margin;
     int x = lineX;
     const bool flags = m_HasSelection || m_Highlighting;
@@ -98,8 +161,7 @@ void MirlEdit::PaintSingleLine(Gdiplus::Graphics &graphics, const RECT &rect)
             if (CharWidth(i) + x > limit) {
                 break;
             }
-            DrawCharacter(graphics, &m_Text[static_cast<size_t>(i)], font, static_cast<float>(x),
-                          static_cast<float>(lineY), brushFor(i));
+            painter.Draw(&m_Text[static_cast<size_t>(i)], static_cast<float>(x), static_cast<float>(lineY), brushFor(i));
             x += CharWidth(i);
         }
     } else {
@@ -108,13 +170,14 @@ void MirlEdit::PaintSingleLine(Gdiplus::Graphics &graphics, const RECT &rect)
         const int last = std::min(line.first + line.count, textLength);
         for (int i = 0; i < last; ++i) {
             if (static_cast<float>(limit) >= static_cast<float>(x) + CharWidthF(i)) {
-                DrawCharacter(graphics, &m_Text[static_cast<size_t>(i)], font,
-                              static_cast<float>(x) - m_CharRects[static_cast<size_t>(i)].X, static_cast<float>(lineY),
-                              brushFor(i));
+                painter.Draw(&m_Text[static_cast<size_t>(i)], static_cast<float>(x) - m_CharRects[static_cast<size_t>(i)].X,
+                             static_cast<float>(lineY), brushFor(i));
             }
             x += CharWidth(i);
         }
     }
+    painter.Flush();
+    m_LastTextDrawCalls = painter.GetDrawCalls();
 }
 
 void MirlEdit::PaintMultiLine(Gdiplus::Graphics &graphics, const RECT &rect)
@@ -171,21 +234,29 @@ void MirlEdit::PaintMultiLine(Gdiplus::Graphics &graphics, const RECT &rect)
         return;
     }
     const int textLength = static_cast<int>(std::min(m_Text.size(), m_CharRects.size()));
+    MirlEditGlyphRuns painter(graphics, m_TxFont, m_DrawEachCharacter);
     size_t current = 0;
     int x = Truncate(m_Lines[0].x);
     int y = Truncate(m_Lines[0].y);
-    for (int i = 0; i < textLength; ++i) {
+    bool pastLastLine = false;
+    for (int i = 0; i < textLength && !pastLastLine; ++i) {
         while (current < m_Lines.size() && i >= m_Lines[current].first + m_Lines[current].count) {
             if (current + 1 >= m_Lines.size()) {
-                return;
+                pastLastLine = true;
+                break;
             }
             ++current;
             x = Truncate(m_Lines[current].x);
             y = Truncate(m_Lines[current].y);
         }
+        if (pastLastLine) {
+            break;
+        }
         Gdiplus::Brush *brush = flags && i >= low && i < high ? m_SelTextBrush : m_TxBrush;
-        DrawCharacter(graphics, &m_Text[static_cast<size_t>(i)], m_TxFont,
-                      static_cast<float>(x) - m_CharRects[static_cast<size_t>(i)].X, static_cast<float>(y), brush);
+        painter.Draw(&m_Text[static_cast<size_t>(i)], static_cast<float>(x) - m_CharRects[static_cast<size_t>(i)].X,
+                     static_cast<float>(y), brush);
         x += CharWidth(i);
     }
+    painter.Flush();
+    m_LastTextDrawCalls = painter.GetDrawCalls();
 }
