@@ -204,7 +204,7 @@ Figure MeasureSkinLoad(int repetitions)
             return Milliseconds() - start;
         });
     Figure figure{"skin load", "ms"};
-    figure.target = 1.3;
+    figure.target = 1.15;
     Summarise(samples, figure);
     return figure;
 }
@@ -228,7 +228,7 @@ Figure MeasureLookup(int repetitions)
         repetitions, samples, [&] { return TimeLookups(large, largeQueries); },
         [&] { return TimeLookups(small, smallQueries); });
     Figure figure{"lookup", "ns/lookup"};
-    figure.target = 2.0;
+    figure.target = 1.25;
     Summarise(samples, figure);
     return figure;
 }
