@@ -4,6 +4,7 @@
 // that a change can be told from the noise of a shared machine.
 //   mirl_bench [--repetitions N] [--rounds N] [--only load,lookup,tree,paint,typing,lists,memory]
 //              [--png PAINT.png]
+//   mirl_bench --stages [--repetitions N]: where the time of the skin load and of lookups goes
 // The skins are those the build wrote into the "skins" folder beside the program.
 #include "BenchFigures.h"
 
@@ -26,7 +27,7 @@ int Usage()
 {
     std::fprintf(stderr,
                  "usage: mirl_bench [--repetitions N (at least %d)] [--rounds N (at least 1)] "
-                 "[--only load,lookup,tree,paint,typing,lists,memory] [--png PAINT.png]\n",
+                 "[--only load,lookup,tree,paint,typing,lists,memory] [--png PAINT.png] | [--stages]\n",
                  kMinimumRepetitions);
     return 2;
 }
@@ -178,6 +179,7 @@ int wmain(int argc, wchar_t **argv)
 {
     int repetitions = kMinimumRepetitions;
     int rounds = kDefaultRounds;
+    bool stages = false;
     std::wstring only;
     const wchar_t *png = nullptr;
     for (int i = 1; i < argc; ++i) {
@@ -193,6 +195,8 @@ int wmain(int argc, wchar_t **argv)
             }
         } else if (std::wcscmp(argv[i], L"--repetitions") == 0 && i + 1 < argc) {
             repetitions = static_cast<int>(std::wcstol(argv[++i], nullptr, 10));
+        } else if (std::wcscmp(argv[i], L"--stages") == 0) {
+            stages = true;
         } else if (std::wcscmp(argv[i], L"--rounds") == 0 && i + 1 < argc) {
             rounds = static_cast<int>(std::wcstol(argv[++i], nullptr, 10));
         } else if (std::wcscmp(argv[i], L"--only") == 0 && i + 1 < argc) {
@@ -210,6 +214,10 @@ int wmain(int argc, wchar_t **argv)
     ComScope com;
     std::vector<std::vector<Figure>> results;
     try {
+        if (stages) {
+            mirlbench::PrintSkinStages(repetitions);
+            return 0;
+        }
         for (int round = 1; round <= rounds; ++round) {
             std::fprintf(stderr, "mirl_bench: round %d of %d\n", round, rounds);
             // The picture is saved once, from the first round.
