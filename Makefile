@@ -15,8 +15,9 @@ SECONDS ?= 60
 fuzz:
 	MIRL_FUZZ_SEED=$(SEED) bash scripts/run-fuzz.sh $(SECONDS)
 
-# Builds (i686) and runs the benchmarks under Wine: one table of the medians of ours and of a
-# baseline that does the same work with the platform alone, their ratio and the target.
+# Builds (i686) and runs the benchmarks under Wine in three rounds: one table of each figure's
+# median ratio of ours to a baseline that does the same work with the platform alone, its spread over
+# the rounds, and the target.
 bench:
 	bash scripts/run-bench.sh
 

@@ -9,6 +9,8 @@
 //   RunMemoryProbe       the fresh process of MeasureMemory
 //   MeasureTyping        a typed character in an edit of 1,000 characters / the system's EDIT,
 //                        and / the same edit at 10 characters
+//   PrintSkinStages      the skin load taken apart (package, parse, DOM walk, building, freeing),
+//                        and lookups by kind (found in 2052, through the fallback), large / small
 //   MeasureLists         appending 10,000 rows / the system's list view in report style; one
 //                        page painted and one page scrolled in 100,000 rows / 100 and 1,000
 #pragma once
@@ -19,6 +21,9 @@ namespace mirlbench {
 
 Figure MeasureSkinLoad(int repetitions);
 Figure MeasureLookup(int repetitions);
+// Prints where the time of the skin load goes, stage by stage, and the cost of each kind of
+// lookup, as medians of passes.
+void PrintSkinStages(int repetitions);
 // Needs the window skin loaded through MirlIntialize. Creation, then relayout.
 std::vector<Figure> MeasureWindowTree(int repetitions);
 // Needs the window skin loaded through MirlIntialize. With png, the repaint is saved there.

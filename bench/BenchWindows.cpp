@@ -183,7 +183,7 @@ std::vector<Figure> MeasureWindowTree(int repetitions)
             return elapsed;
         });
     Figure creation{"tree creation", "ms"};
-    creation.target = 1.5;
+    creation.target = 1.25;
     Summarise(created, creation);
 
     // Relayout: the rectangles the library gives the children at each size are what the
@@ -236,7 +236,7 @@ std::vector<Figure> MeasureWindowTree(int repetitions)
             return elapsed;
         });
     Figure relayout{"relayout (2 sizes)", "ms"};
-    relayout.target = 1.2;
+    relayout.target = 1.05;
     Summarise(moved, relayout);
 
     DestroyTree(frame);

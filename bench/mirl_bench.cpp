@@ -1,26 +1,33 @@
 // The benchmark: each figure of the library beside a baseline that does the same work with the
-// platform alone, measured in one process, interleaved, and printed as one table of medians.
-//   mirl_bench [--repetitions N] [--only load,lookup,tree,paint,typing,lists,memory] [--png PAINT.png]
+// platform alone, measured in one process, interleaved. The whole set runs in rounds (three
+// unless told); the table gives each figure's median ratio over the rounds and its spread, so
+// that a change can be told from the noise of a shared machine.
+//   mirl_bench [--repetitions N] [--rounds N] [--only load,lookup,tree,paint,typing,lists,memory]
+//              [--png PAINT.png]
+//   mirl_bench --stages [--repetitions N]: where the time of the skin load and of lookups goes
 // The skins are those the build wrote into the "skins" folder beside the program.
 #include "BenchFigures.h"
 
 #include "Mirl.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cwchar>
 #include <exception>
+#include <string>
 
 namespace {
 
 using mirlbench::Figure;
 
 const int kMinimumRepetitions = 7;
+const int kDefaultRounds = 3;
 
 int Usage()
 {
     std::fprintf(stderr,
-                 "usage: mirl_bench [--repetitions N (at least %d)] [--only load,lookup,tree,paint,typing,lists,memory] "
-                 "[--png PAINT.png]\n",
+                 "usage: mirl_bench [--repetitions N (at least %d)] [--rounds N (at least 1)] "
+                 "[--only load,lookup,tree,paint,typing,lists,memory] [--png PAINT.png] | [--stages]\n",
                  kMinimumRepetitions);
     return 2;
 }
@@ -34,21 +41,66 @@ bool Wanted(const std::wstring &only, const wchar_t *name)
     return list.find(L"," + std::wstring(name) + L",") != std::wstring::npos;
 }
 
-void PrintTable(const std::vector<Figure> &figures, int repetitions)
+double Ratio(const Figure &figure)
 {
-    std::printf("Medians of %d repetitions, ours and the baseline interleaved in one process.\n\n", repetitions);
-    std::printf("%-22s %-13s %12s %12s %8s %8s  %s\n", "figure", "unit", "ours", "baseline", "ratio", "target",
-                "met");
-    for (const Figure &f : figures) {
-        const double ratio = f.baseline > 0 ? f.ours / f.baseline : 0;
+    return figure.baseline > 0 ? figure.ours / figure.baseline : 0;
+}
+
+// One figure over all rounds: the median of each column, the median of the rounds' ratios
+// (not the ratio of the medians: each round's ratio is what that round measured), and the
+// spread of those ratios, highest less lowest.
+struct RoundsOfFigure {
+    Figure figure;
+    std::vector<double> ours;
+    std::vector<double> baseline;
+    std::vector<double> ratios;
+};
+
+std::vector<RoundsOfFigure> Gather(const std::vector<std::vector<Figure>> &rounds)
+{
+    std::vector<RoundsOfFigure> rows;
+    for (const std::vector<Figure> &round : rounds) {
+        for (const Figure &figure : round) {
+            auto row = std::find_if(rows.begin(), rows.end(),
+                                    [&](const RoundsOfFigure &r) { return r.figure.name == figure.name; });
+            if (row == rows.end()) {
+                rows.push_back(RoundsOfFigure{figure, {}, {}, {}});
+                row = rows.end() - 1;
+            }
+            row->ours.push_back(figure.ours);
+            row->baseline.push_back(figure.baseline);
+            row->ratios.push_back(Ratio(figure));
+        }
+    }
+    return rows;
+}
+
+void PrintTable(const std::vector<std::vector<Figure>> &rounds, int repetitions)
+{
+    std::printf("%d round%s of medians of %d repetitions, ours and the baseline interleaved in one process;\n"
+                "ratio: the median of the rounds' ratios; spread: their highest less their lowest.\n\n",
+                static_cast<int>(rounds.size()), rounds.size() == 1 ? "" : "s", repetitions);
+    std::printf("%-22s %-13s %12s %12s %8s %7s %8s  %-6s  %s\n", "figure", "unit", "ours", "baseline", "ratio",
+                "spread", "target", "met", "rounds");
+    for (const RoundsOfFigure &row : Gather(rounds)) {
+        const double ratio = mirlbench::Median(row.ratios);
+        const double spread = *std::max_element(row.ratios.begin(), row.ratios.end()) -
+                              *std::min_element(row.ratios.begin(), row.ratios.end());
         char target[16] = "-";
         const char *met = "report";
-        if (f.target > 0) {
-            std::snprintf(target, sizeof(target), "<= %.1f", f.target);
-            met = ratio <= f.target ? "yes" : "NO";
+        if (row.figure.target > 0) {
+            std::snprintf(target, sizeof(target), "<= %g", row.figure.target);
+            met = ratio <= row.figure.target ? "yes" : "NO";
         }
-        std::printf("%-22s %-13s %12.3f %12.3f %8.2f %8s  %s\n", f.name.c_str(), f.unit.c_str(), f.ours, f.baseline,
-                    ratio, target, met);
+        std::string each;
+        for (double r : row.ratios) {
+            char text[24];
+            std::snprintf(text, sizeof(text), "%s%.2f", each.empty() ? "" : " ", r);
+            each += text;
+        }
+        std::printf("%-22s %-13s %12.3f %12.3f %8.2f %7.2f %8s  %-6s  %s\n", row.figure.name.c_str(),
+                    row.figure.unit.c_str(), mirlbench::Median(row.ours), mirlbench::Median(row.baseline), ratio,
+                    spread, target, met, each.c_str());
     }
     std::fflush(stdout);
 }
@@ -126,6 +178,8 @@ std::vector<Figure> RunFigures(int repetitions, const std::wstring &only, const 
 int wmain(int argc, wchar_t **argv)
 {
     int repetitions = kMinimumRepetitions;
+    int rounds = kDefaultRounds;
+    bool stages = false;
     std::wstring only;
     const wchar_t *png = nullptr;
     for (int i = 1; i < argc; ++i) {
@@ -141,6 +195,10 @@ int wmain(int argc, wchar_t **argv)
             }
         } else if (std::wcscmp(argv[i], L"--repetitions") == 0 && i + 1 < argc) {
             repetitions = static_cast<int>(std::wcstol(argv[++i], nullptr, 10));
+        } else if (std::wcscmp(argv[i], L"--stages") == 0) {
+            stages = true;
+        } else if (std::wcscmp(argv[i], L"--rounds") == 0 && i + 1 < argc) {
+            rounds = static_cast<int>(std::wcstol(argv[++i], nullptr, 10));
         } else if (std::wcscmp(argv[i], L"--only") == 0 && i + 1 < argc) {
             only = argv[++i];
         } else if (std::wcscmp(argv[i], L"--png") == 0 && i + 1 < argc) {
@@ -149,14 +207,22 @@ int wmain(int argc, wchar_t **argv)
             return Usage();
         }
     }
-    if (repetitions < kMinimumRepetitions) {
+    if (repetitions < kMinimumRepetitions || rounds < 1) {
         return Usage();
     }
 
     ComScope com;
-    std::vector<Figure> figures;
+    std::vector<std::vector<Figure>> results;
     try {
-        figures = RunFigures(repetitions, only, png);
+        if (stages) {
+            mirlbench::PrintSkinStages(repetitions);
+            return 0;
+        }
+        for (int round = 1; round <= rounds; ++round) {
+            std::fprintf(stderr, "mirl_bench: round %d of %d\n", round, rounds);
+            // The picture is saved once, from the first round.
+            results.push_back(RunFigures(repetitions, only, round == 1 ? png : nullptr));
+        }
     } catch (const mirlbench::BenchError &e) {
         std::fprintf(stderr, "mirl_bench: %s\n", e.what().c_str());
         return 1;
@@ -171,6 +237,6 @@ int wmain(int argc, wchar_t **argv)
         std::fprintf(stderr, "mirl_bench: %s\n", e.what());
         return 1;
     }
-    PrintTable(figures, repetitions);
+    PrintTable(results, repetitions);
     return 0;
 }

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Builds the benchmark (i686) with the skins it generates, and runs it under Wine: one table of
-# medians of ours and of a baseline that does the same work with the platform alone, the ratio,
+# Builds the benchmark (i686) with the skins it generates, and runs it under Wine in three rounds
+# (--rounds N for another count): one table of the median ratio of ours to a baseline that does
+# the same work with the platform alone, its spread over the rounds,
 # and whether the target is met.
 #   scripts/run-bench.sh [ARGUMENTS OF mirl_bench.exe...]   e.g. --repetitions 9, --only lookup
 # Exits non-zero if the benchmark could not run; a missed target is reported, not a failure.

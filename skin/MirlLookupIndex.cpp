@@ -27,14 +27,14 @@ MirlUiElement *MirlLookupIndex::Walk(const std::vector<MirlUiElement *> &list, c
     return nullptr;
 }
 
-std::size_t MirlLookupIndex::Hash(const wchar_t *name)
+std::uint32_t MirlLookupIndex::Tag(const wchar_t *name)
 {
     // FNV-1a over the UTF-16 units up to the terminator, which is where wcscmp stops too.
-    std::size_t hash = 2166136261u;
+    std::uint32_t hash = 2166136261u;
     for (; *name != L'\0'; ++name) {
-        hash = (hash ^ static_cast<std::size_t>(static_cast<unsigned short>(*name))) * 16777619u;
+        hash = (hash ^ static_cast<std::uint32_t>(static_cast<unsigned short>(*name))) * 16777619u;
     }
-    return hash;
+    return hash != 0 ? hash : 1;
 }
 
 bool MirlLookupIndex::SameName(const Slot &slot, const wchar_t *name)
@@ -45,19 +45,19 @@ bool MirlLookupIndex::SameName(const Slot &slot, const wchar_t *name)
     return wcscmp(slot.element->GetName(), name) == 0;
 }
 
-MirlUiElement *MirlLookupIndex::Lookup(const ListIndex &index, const wchar_t *name, std::size_t hash)
+MirlUiElement *MirlLookupIndex::Lookup(const ListIndex &index, const wchar_t *name, std::uint32_t tag)
 {
-    if (index.slots.empty()) {
+    if (index.tags.empty()) {
         return nullptr;
     }
-    const std::size_t mask = index.slots.size() - 1;
-    for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
-        const Slot &slot = index.slots[i];
-        if (slot.element == nullptr) {
+    const std::size_t mask = index.tags.size() - 1;
+    const std::uint32_t *tags = index.tags.data();
+    for (std::size_t i = tag & mask;; i = (i + 1) & mask) {
+        if (tags[i] == 0) {
             return nullptr;
         }
-        if (slot.hash == hash && SameName(slot, name)) {
-            return slot.element;
+        if (tags[i] == tag && SameName(index.slots[i], name)) {
+            return index.slots[i].element;
         }
     }
 }
@@ -65,34 +65,38 @@ MirlUiElement *MirlLookupIndex::Lookup(const ListIndex &index, const wchar_t *na
 void MirlLookupIndex::Insert(ListIndex &index, MirlUiElement *element)
 {
     const wchar_t *name = element->GetName();
-    const std::size_t hash = Hash(name);
+    const std::uint32_t tag = Tag(name);
     // The first element of a name stays; a later one of the same name is never reached.
-    if (Lookup(index, name, hash) != nullptr) {
+    if (Lookup(index, name, tag) != nullptr) {
         return;
     }
     // At most half the slots in use keeps the probes short. The larger table is built aside,
     // so that running out of memory leaves the index as it was.
-    if ((index.used + 1) * 2 > index.slots.size()) {
-        std::vector<Slot> larger(index.slots.empty() ? 16 : index.slots.size() * 2, Slot());
-        const std::size_t mask = larger.size() - 1;
-        for (const Slot &slot : index.slots) {
-            if (slot.element != nullptr) {
-                std::size_t i = slot.hash & mask;
-                while (larger[i].element != nullptr) {
+    if ((index.used + 1) * 2 > index.tags.size()) {
+        const std::size_t size = index.tags.empty() ? 16 : index.tags.size() * 2;
+        std::vector<std::uint32_t> largerTags(size, 0);
+        std::vector<Slot> largerSlots(size, Slot());
+        const std::size_t mask = size - 1;
+        for (std::size_t from = 0; from < index.tags.size(); ++from) {
+            if (index.tags[from] != 0) {
+                std::size_t i = index.tags[from] & mask;
+                while (largerTags[i] != 0) {
                     i = (i + 1) & mask;
                 }
-                larger[i] = slot;
+                largerTags[i] = index.tags[from];
+                largerSlots[i] = index.slots[from];
             }
         }
-        index.slots.swap(larger);
+        index.tags.swap(largerTags);
+        index.slots.swap(largerSlots);
     }
-    const std::size_t mask = index.slots.size() - 1;
-    std::size_t i = hash & mask;
-    while (index.slots[i].element != nullptr) {
+    const std::size_t mask = index.tags.size() - 1;
+    std::size_t i = tag & mask;
+    while (index.tags[i] != 0) {
         i = (i + 1) & mask;
     }
+    index.tags[i] = tag;
     Slot &slot = index.slots[i];
-    slot.hash = hash;
     slot.element = element;
     // Copies up to the whole slot's width: a name that fills it leaves a non-zero last unit,
     // which sends comparisons to the element's own name.
@@ -127,7 +131,7 @@ MirlUiElement *MirlLookupIndex::Find(unsigned long type, unsigned int language,
     try {
         ListIndex &index = m_Lists[type - 1][language];
         CatchUp(index, list);
-        return Lookup(index, name, Hash(name));
+        return Lookup(index, name, Tag(name));
     } catch (const std::bad_alloc &) {
         // Each insertion happens whole or not at all, so the index stays true to the part of
         // the list it has read; this lookup walks, a later one goes on indexing.

@@ -12,6 +12,7 @@
 #include "MirlSkin.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <vector>
 
@@ -28,13 +29,18 @@ public:
     static MirlUiElement *Walk(const std::vector<MirlUiElement *> &list, const wchar_t *name);
 
 private:
-    // Open addressing with linear probing in one array. A slot holds the name itself when it is
-    // short, as most skin names are, so that a lookup reads one slot and nothing else; a longer
-    // name keeps its first characters there and is compared where the element keeps it.
-    enum { InlineName = 16 };
-    struct Slot {
-        std::size_t hash;
-        MirlUiElement *element; // null: the slot is free
+    // Open addressing with linear probing over two parallel arrays: one 32-bit tag per slot (the
+    // name's hash, never 0; 0 marks a free slot), and the slots themselves. A probe reads the
+    // tags, which are small enough to stay in the processor's caches even for tens of thousands
+    // of names, and touches a slot only when its tag matches: a name that isn't there, as in a
+    // lookup that falls back to 1033, costs no slot at all. A slot holds the name itself when it
+    // is short, as most skin names are, so that a hit reads one slot of one cache line and
+    // nothing else; a longer name keeps its first characters there and is compared where the
+    // element keeps it.
+    enum { InlineName = (32 - sizeof(void *)) / sizeof(wchar_t) };
+    // Aligned so that no slot straddles two cache lines.
+    struct alignas(32) Slot {
+        MirlUiElement *element;
         // The name and its terminator; for a longer name, its first characters and a non-zero
         // last unit.
         wchar_t name[InlineName];
@@ -42,12 +48,13 @@ private:
     struct ListIndex {
         std::size_t indexed = 0;
         std::size_t used = 0;
+        std::vector<std::uint32_t> tags;
         std::vector<Slot> slots;
     };
 
     static bool SameName(const Slot &slot, const wchar_t *name);
-    static std::size_t Hash(const wchar_t *name);
-    static MirlUiElement *Lookup(const ListIndex &index, const wchar_t *name, std::size_t hash);
+    static std::uint32_t Tag(const wchar_t *name);
+    static MirlUiElement *Lookup(const ListIndex &index, const wchar_t *name, std::uint32_t tag);
     static void Insert(ListIndex &index, MirlUiElement *element);
     static void CatchUp(ListIndex &index, const std::vector<MirlUiElement *> &list);
 

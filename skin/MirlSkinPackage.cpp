@@ -29,40 +29,100 @@ IStreamPtr StreamOnBlock(HGLOBAL block)
     return IStreamPtr(stream, false);
 }
 
-// The current entry as the block of its declared size would hold it, without the zero tail:
-// read in pieces, so that a document whose directory declares 64 MiB costs what it really holds.
+// The first block a document is read into: real documents fit it whole, and a directory
+// record that declares far more than the entry holds costs no more than this until the
+// inflated bytes really need more room.
+const size_t kFirstDocumentBlock = 4 * 1024 * 1024;
+
+// Raises the last Win32 error after freeing the block.
+[[noreturn]] void RaiseFreeing(HGLOBAL block)
+{
+    DWORD error = GetLastError();
+    GlobalFree(block);
+    RaiseWin32Error(error);
+}
+
+// The current entry as the block of its declared size would hold it, without the zero tail,
+// inflated straight into the movable block that its stream will own, so that a document is
+// copied once. The block starts at most kFirstDocumentBlock long and grows as the inflated
+// bytes need, so that a document whose directory declares 64 MiB costs what it really holds.
 // A damaged entry keeps what was inflated before the damage. The length is rounded up to even
 // (with a zero, as the block would have) so that a UTF-16 document keeps the zero high byte of
 // its last character.
-std::vector<unsigned char> ReadWithoutZeroTail(unzFile zip, uLong declared)
+HGLOBAL ReadWithoutZeroTail(unzFile zip, uLong declared)
 {
-    std::vector<unsigned char> bytes;
+    size_t capacity = declared < kFirstDocumentBlock ? declared : kFirstDocumentBlock;
+    HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, capacity);
+    if (block == nullptr) {
+        RaiseWin32Error(GetLastError());
+    }
+    // Bytes counted as read: what was inflated, or, after damage, the whole span asked for,
+    // whose rest is zero.
+    size_t held = 0;
     if (declared > 0 && unzOpenCurrentFile(zip) == UNZ_OK) {
-        const size_t piece = 64 * 1024;
-        while (bytes.size() < declared) {
-            const size_t at = bytes.size();
-            const size_t want = declared - at < piece ? declared - at : piece;
-            bytes.resize(at + want, 0);
-            const int got = unzReadCurrentFile(zip, bytes.data() + at, static_cast<unsigned>(want));
+        for (;;) {
+            if (held == capacity) {
+                if (capacity == declared) {
+                    break;
+                }
+                const size_t larger = declared - capacity < capacity ? declared : capacity * 2;
+                HGLOBAL grown = GlobalReAlloc(block, larger, GMEM_MOVEABLE | GMEM_ZEROINIT);
+                if (grown == nullptr) {
+                    RaiseFreeing(block);
+                }
+                block = grown;
+                capacity = larger;
+            }
+            unsigned char *data = static_cast<unsigned char *>(GlobalLock(block));
+            if (data == nullptr) {
+                RaiseFreeing(block);
+            }
+            const size_t want = capacity - held;
+            const int got = unzReadCurrentFile(zip, data + held, static_cast<unsigned>(want));
+            GlobalUnlock(block);
             if (got < 0) {
-                // What was inflated before the damage is in the piece; the rest of it is zero.
+                held += want;
                 break;
             }
-            bytes.resize(at + static_cast<size_t>(got));
-            if (got == 0) {
+            held += static_cast<size_t>(got);
+            if (got == 0 || static_cast<size_t>(got) < want) {
                 break;
             }
         }
     }
-    size_t length = bytes.size();
-    while (length > 0 && bytes[length - 1] == 0) {
-        --length;
+    size_t length = held;
+    if (length > 0) {
+        const unsigned char *data = static_cast<const unsigned char *>(GlobalLock(block));
+        if (data == nullptr) {
+            RaiseFreeing(block);
+        }
+        while (length > 0 && data[length - 1] == 0) {
+            --length;
+        }
+        GlobalUnlock(block);
     }
     if (length % 2 != 0 && length < declared) {
         ++length;
     }
-    bytes.resize(length, 0);
-    return bytes;
+    if (length == capacity) {
+        return block;
+    }
+    if (length == 0) {
+        // An empty movable block has no memory; the handle alone is the empty document.
+        GlobalFree(block);
+        block = GlobalAlloc(GMEM_MOVEABLE, 0);
+        if (block == nullptr) {
+            RaiseWin32Error(GetLastError());
+        }
+        return block;
+    }
+    // The bytes past the length are zero: a block that grows to take in the rounding byte
+    // gets a zero too.
+    HGLOBAL fitted = GlobalReAlloc(block, length, GMEM_MOVEABLE | GMEM_ZEROINIT);
+    if (fitted == nullptr) {
+        RaiseFreeing(block);
+    }
+    return fitted;
 }
 
 // minizip's UNZ_MAXFILENAMEINZIP, which unzip.c keeps to itself: it looks for no name this long,
@@ -433,21 +493,7 @@ IStreamPtr MirlSkinPackage::ExtractDocument(const wchar_t *fileName)
     if (info.uncompressed_size > MaxEntrySize) {
         return IStreamPtr();
     }
-    const std::vector<unsigned char> bytes = ReadWithoutZeroTail(zip, info.uncompressed_size);
-    HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
-    if (block == nullptr) {
-        RaiseWin32Error(GetLastError());
-    }
-    if (!bytes.empty()) {
-        void *data = GlobalLock(block);
-        if (data == nullptr) {
-            DWORD error = GetLastError();
-            GlobalFree(block);
-            RaiseWin32Error(error);
-        }
-        std::memcpy(data, bytes.data(), bytes.size());
-        GlobalUnlock(block);
-    }
+    HGLOBAL block = ReadWithoutZeroTail(zip, info.uncompressed_size);
     return StreamOnBlock(block);
 }
 

@@ -176,7 +176,7 @@ bool MirlUiWindow::LoadAtDepth(IXMLDOMNodePtr node, int depth)
             }
             BSTR text = V_BSTR(&value);
             Attribute *attribute = new Attribute();
-            attribute->m_Name = attributeName;
+            attribute->m_Name.swap(attributeName);
             attribute->m_Value.assign(text != nullptr ? text : L"", text != nullptr ? SysStringLen(text) : 0);
             m_Attributes.push_back(attribute);
         }

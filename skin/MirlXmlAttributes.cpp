@@ -1,5 +1,35 @@
 #include "MirlXmlAttributes.h"
 
+#include <cwchar>
+
+namespace {
+
+// An attribute name as the BSTR that getNamedItem takes, laid out on the stack: a length
+// prefix, the characters and a terminator. A name is only read by the callee, so it needn't
+// come from SysAllocString, and a skin's load asks for tens of thousands of names.
+class NameArgument {
+public:
+    explicit NameArgument(const wchar_t *name)
+    {
+        const size_t length = name != nullptr ? wcslen(name) : 0;
+        if (length < Capacity) {
+            m_Bytes = static_cast<DWORD>(length * sizeof(wchar_t));
+            wmemcpy(m_Text, name != nullptr ? name : L"", length + 1);
+        } else {
+            m_Allocated = _bstr_t(name);
+        }
+    }
+    BSTR Get() { return m_Allocated.length() > 0 ? static_cast<BSTR>(m_Allocated) : m_Text; }
+
+private:
+    enum : size_t { Capacity = 64 };
+    DWORD m_Bytes = 0;
+    wchar_t m_Text[Capacity];
+    _bstr_t m_Allocated;
+};
+
+} // namespace
+
 MirlXmlAttributes::MirlXmlAttributes(IXMLDOMNamedNodeMapPtr attributes) : m_Attributes(attributes)
 {
 }
@@ -10,7 +40,8 @@ bool MirlXmlAttributes::GetConverted(const wchar_t *name, VARTYPE type, _variant
         _com_issue_error(E_POINTER);
     }
     IXMLDOMNodePtr item;
-    HRESULT hr = m_Attributes->getNamedItem(_bstr_t(name), &item);
+    NameArgument argument(name);
+    HRESULT hr = m_Attributes->getNamedItem(argument.Get(), &item);
     if (FAILED(hr)) {
         _com_issue_error(hr);
     }

@@ -9,6 +9,8 @@
 #include <vssym32.h>
 
 #include <climits>
+#include <memory>
+#include <new>
 
 namespace {
 
@@ -37,6 +39,150 @@ private:
     Gdiplus::Graphics &m_Graphics;
     Gdiplus::InterpolationMode m_Interpolation;
     Gdiplus::PixelOffsetMode m_Offset;
+};
+
+// The off-screen surface that buttons paint through, kept from one paint to the next while any
+// button holds the common images, and freed with them: a memory context and a bitmap made and
+// deleted for every paint of every button cost more than drawing the button's image. One paint
+// at a time uses it; a paint that finds it in use makes its own, as before.
+struct SharedSurface {
+    HDC dc = NULL;
+    HBITMAP bitmap = NULL;
+    HGDIOBJ original = NULL;
+    int width = 0;
+    int height = 0;
+    int format = 0;
+    bool busy = false;
+    // The last button let go of the common images while a paint used the surface.
+    bool freeWhenIdle = false;
+};
+
+SharedSurface g_Surface;
+
+void FreeSurface()
+{
+    if (g_Surface.busy) {
+        g_Surface.freeWhenIdle = true;
+        return;
+    }
+    if (g_Surface.dc != NULL) {
+        ::SelectObject(g_Surface.dc, g_Surface.original);
+        ::DeleteDC(g_Surface.dc);
+    }
+    if (g_Surface.bitmap != NULL) {
+        ::DeleteObject(g_Surface.bitmap);
+    }
+    g_Surface = SharedSurface();
+}
+
+// What CreateCompatibleBitmap makes for a target, as a number: the depth and layout of the
+// bitmap of a memory context, or the display's depth. 0 where a surface must not be shared
+// (a palette, or a target whose bitmap can't be read).
+int SurfaceFormat(HDC target)
+{
+    if (::GetObjectType(target) != OBJ_MEMDC) {
+        const int bits = ::GetDeviceCaps(target, BITSPIXEL);
+        return bits > 8 ? 0x30000 | bits : 0;
+    }
+    DIBSECTION dib = {};
+    const int size = ::GetObjectW(::GetCurrentObject(target, OBJ_BITMAP), sizeof(dib), &dib);
+    if (size == static_cast<int>(sizeof(DIBSECTION))) {
+        return dib.dsBmih.biBitCount > 8 ? 0x10000 | dib.dsBmih.biBitCount | static_cast<int>(dib.dsBmih.biCompression << 8)
+                                         : 0;
+    }
+    if (size >= static_cast<int>(sizeof(BITMAP))) {
+        return dib.dsBm.bmBitsPixel > 8 ? 0x20000 | dib.dsBm.bmBitsPixel : 0;
+    }
+    return 0;
+}
+
+// A MirlMemoryDC that paints through the shared surface when it may and can: the same
+// rectangle (clipped to what the target can show), the same compatible format and size, the
+// same fresh state (the context's state is saved before and restored after each paint) and
+// the same zero pixels (cleared before each paint); copied to the target on scope exit.
+class ButtonMemoryDC {
+public:
+    ButtonMemoryDC(HDC target, const RECT &rect, bool mayShare) : m_Target(target), m_Rect(rect)
+    {
+        if (mayShare && Borrow(rect)) {
+            return;
+        }
+        m_Own.reset(new (std::nothrow) MirlMemoryDC(target, rect));
+        m_hDC = m_Own != nullptr ? m_Own->m_hDC : NULL;
+    }
+
+    ~ButtonMemoryDC()
+    {
+        if (!m_Shared) {
+            return;
+        }
+        ::BitBlt(m_Target, m_Rect.left, m_Rect.top, m_Rect.right - m_Rect.left, m_Rect.bottom - m_Rect.top,
+                 g_Surface.dc, m_Rect.left, m_Rect.top, SRCCOPY);
+        ::RestoreDC(g_Surface.dc, m_Saved);
+        g_Surface.busy = false;
+        if (g_Surface.freeWhenIdle) {
+            FreeSurface();
+        }
+    }
+
+    ButtonMemoryDC(const ButtonMemoryDC &) = delete;
+    ButtonMemoryDC &operator=(const ButtonMemoryDC &) = delete;
+
+    operator HDC() const { return m_hDC; }
+
+    HDC m_hDC = NULL;
+
+private:
+    bool Borrow(const RECT &rect)
+    {
+        if (g_Surface.busy) {
+            return false;
+        }
+        RECT clip;
+        if (::GetClipBox(m_Target, &clip) != ERROR) {
+            ::IntersectRect(&m_Rect, &rect, &clip);
+        }
+        const int width = m_Rect.right - m_Rect.left;
+        const int height = m_Rect.bottom - m_Rect.top;
+        const int format = SurfaceFormat(m_Target);
+        if (width <= 0 || height <= 0 || format == 0) {
+            m_Rect = rect;
+            return false;
+        }
+        if (g_Surface.dc != NULL && g_Surface.width == width && g_Surface.height == height &&
+            g_Surface.format == format) {
+            ::PatBlt(g_Surface.dc, 0, 0, width, height, BLACKNESS);
+        } else {
+            FreeSurface();
+            g_Surface.dc = ::CreateCompatibleDC(m_Target);
+            g_Surface.bitmap = g_Surface.dc != NULL ? ::CreateCompatibleBitmap(m_Target, width, height) : NULL;
+            if (g_Surface.bitmap == NULL) {
+                FreeSurface();
+                m_Rect = rect;
+                return false;
+            }
+            g_Surface.original = ::SelectObject(g_Surface.dc, g_Surface.bitmap);
+            g_Surface.width = width;
+            g_Surface.height = height;
+            g_Surface.format = format;
+        }
+        m_Saved = ::SaveDC(g_Surface.dc);
+        if (m_Saved == 0) {
+            m_Rect = rect;
+            return false;
+        }
+        ::SetViewportOrgEx(g_Surface.dc, -m_Rect.left, -m_Rect.top, NULL);
+        g_Surface.busy = true;
+        m_Shared = true;
+        m_hDC = g_Surface.dc;
+        return true;
+    }
+
+    HDC m_Target;
+    RECT m_Rect;
+    bool m_Shared = false;
+    int m_Saved = 0;
+    std::unique_ptr<MirlMemoryDC> m_Own;
 };
 
 } // namespace
@@ -70,6 +216,7 @@ void MirlButton::ReleaseCommonBitmaps()
         return;
     }
     m_CommonRef = 0;
+    FreeSurface();
     delete m_CommonBmpArrow;
     m_CommonBmpArrow = NULL;
     for (Gdiplus::Bitmap *&image : m_CommonBmpBk) {
@@ -223,7 +370,7 @@ void MirlButton::DrawItem(UINT, LPDRAWITEMSTRUCT item)
     if (item == NULL) {
         return;
     }
-    MirlMemoryDC dc(item->hDC, item->rcItem);
+    ButtonMemoryDC dc(item->hDC, item->rcItem, m_HoldsCommon);
     if (dc.m_hDC == NULL) {
         return;
     }

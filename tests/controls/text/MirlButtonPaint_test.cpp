@@ -427,6 +427,29 @@ TEST_F(ButtonPaint, TransparentButtonShowsTheParentsTextureBeneathIt)
     EXPECT_TRUE(mirltest::MatchesGolden(Grid(pictures, 2), "button_transparent"));
 }
 
+TEST_F(ButtonPaint, APaintStartsFromBlackWhateverTheButtonBeforeItPainted)
+{
+    // Without a parent object a transparent button has no picture to show through: what it
+    // doesn't draw stays as the off-screen bitmap began, black.
+    ScopedButton glass;
+    ASSERT_NE(nullptr, glass.Create(nullptr, m_Frame.m_hWnd, L"Glass"));
+    mirltest::FlushMessages();
+    const Dib alone = Render(glass);
+    EXPECT_COLOUR(0x000000, alone, 0, 0);
+    EXPECT_COLOUR(0x000000, alone, 99, 29);
+
+    // A button of the same size that fills its whole face, painted just before.
+    ScopedButton four;
+    ASSERT_NE(nullptr, Make(four, L"Four"));
+    EXPECT_COLOUR(kFace, Render(four), 99, 15);
+    const Dib after = Render(glass);
+    EXPECT_COLOUR(0x000000, after, 0, 0);
+    EXPECT_COLOUR(0x000000, after, 99, 29);
+    EXPECT_EQ(0, mirltest::ComparePixels(alone, after, 0).count);
+    // Nor does a paint leave its state behind: the face paints the same the second time.
+    EXPECT_EQ(0, mirltest::ComparePixels(Render(four), Render(four), 0).count);
+}
+
 TEST_F(ButtonPaint, NewCaptionIsDrawnInTheOldRectangle)
 {
     ScopedButton plain;
