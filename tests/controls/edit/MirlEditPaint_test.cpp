@@ -184,13 +184,22 @@ TEST_F(EditPaintTest, ASkinWithoutTheEditColoursPaintsAllInGrey)
         const MirlEditLine &line = edit->GetLines()[0];
         const int top = static_cast<int>(line.y);
         const int height = static_cast<int>(line.height);
+        // The selection's fill is the sum of the truncated character widths, which falls short of
+        // the truncated line width wherever the font measures fractional widths.
+        int selectionRight = static_cast<int>(line.x);
+        for (const Gdiplus::RectF &rect : edit->GetCharRects()) {
+            selectionRight += static_cast<int>(rect.Width);
+        }
+        EXPECT_GT(selectionRight - static_cast<int>(line.x), 40); // "hello world" in 13-pixel Tahoma
         int differing = 0;
         for (int y = top; y < top + height; ++y) {
-            for (int x = static_cast<int>(line.x); x < static_cast<int>(line.x) + edit->GetSingleLineWidth(); ++x) {
+            for (int x = static_cast<int>(line.x); x < selectionRight; ++x) {
                 differing += picture.Pixel(x, y) != kWater ? 1 : 0;
             }
         }
         EXPECT_EQ(0, differing);
+        // Past the selection the paper shows again.
+        EXPECT_EQ(0xFAFAF6u, picture.Pixel(selectionRight, top + height / 2));
         EXPECT_TRUE(mirltest::MatchesGolden(picture, "edit_grey_fallback"));
         frame.DestroyWindow();
     }
