@@ -27,6 +27,10 @@
 #define BS_SYSTEM 0x20
 #endif
 
+namespace MIRL {
+class MirlPremultiplied;
+}
+
 // One image slot of a button. The slot owns its bitmap.
 struct MIRL_API MirlButtonImage {
     MirlButtonImage();
@@ -44,6 +48,9 @@ struct MIRL_API MirlButtonImage {
     bool HasColorKey;
     Gdiplus::ARGB ColorKeyHigh;
     Gdiplus::ARGB ColorKeyLow;
+    // The bitmap's pixels premultiplied for drawing it one to one, made at its first such draw
+    // and owned by the slot; dropped whenever the bitmap is.
+    MIRL::MirlPremultiplied *Premultiplied;
 };
 
 namespace MIRL {
@@ -281,8 +288,15 @@ protected:
     HTHEME m_Theme;
     // This window counts in m_CommonRef: set by LoadCommonBitmaps, cleared when it lets go.
     bool m_HoldsCommon;
+    // The context that DrawItem's graphics draws on, while DrawItem runs; else null.
+    HDC m_PaintDC;
 
     static int m_CommonRef;
     static Gdiplus::Bitmap *m_CommonBmpArrow;
     static Gdiplus::Bitmap *m_CommonBmpBk[4];
+
+private:
+    // The image drawn at rect one to one by a blend of its premultiplied pixels, where that
+    // gives what GDI+ would draw; false, with nothing drawn, elsewhere.
+    bool DrawOneToOne(Gdiplus::Graphics &graphics, MirlButtonImage &image, const Gdiplus::RectF &rect);
 };

@@ -1,6 +1,7 @@
 // The skin button's behaviour: creation from the template, hover with capture, auto repeat,
 // check state, URL, drop-down arrow zone, and the small attribute operations.
 #include "MirlButton.h"
+#include "MirlPremultiplied.h"
 
 #include "MirlButtonLogic.h"
 #include "MirlImage.h"
@@ -92,7 +93,8 @@ UrlOpener SetUrlOpener(UrlOpener opener)
 } // namespace MIRL
 
 MirlButtonImage::MirlButtonImage()
-    : Bitmap(NULL), Width(0), Height(0), HasColorKey(false), ColorKeyHigh(0xFF000000), ColorKeyLow(0xFF000000)
+    : Bitmap(NULL), Width(0), Height(0), HasColorKey(false), ColorKeyHigh(0xFF000000), ColorKeyLow(0xFF000000),
+      Premultiplied(NULL)
 {
 }
 
@@ -105,6 +107,8 @@ void MirlButtonImage::Adopt(Gdiplus::Bitmap *bitmap)
 {
     if (bitmap != Bitmap) {
         delete Bitmap;
+        delete Premultiplied;
+        Premultiplied = NULL;
     }
     Bitmap = bitmap;
     Width = bitmap != NULL ? bitmap->GetWidth() : 0;
@@ -115,6 +119,8 @@ void MirlButtonImage::Free()
 {
     delete Bitmap;
     Bitmap = NULL;
+    delete Premultiplied;
+    Premultiplied = NULL;
 }
 
 MirlButton::MirlButton()
@@ -122,7 +128,7 @@ MirlButton::MirlButton()
       m_Disabled(0), m_DrawBorder(0), m_Flat(true), m_FlatFocus(0), m_AutoRepeat(0), m_Default(0), m_CheckMode(0),
       m_Checked(0), m_ArrowWidth(0), m_HighLight(false), m_OnMenu(false), m_Url(), m_BmpArrow(NULL), m_ImageRect(),
       m_ArrowX(0), m_TextLayout(true), m_OverLink(false), m_HasLink(false), m_UseTheme(0), m_Theme(NULL),
-      m_HoldsCommon(false)
+      m_HoldsCommon(false), m_PaintDC(NULL)
 {
     m_bMsgHandled = 0;
     // Shared system cursors are never freed: each is looked up once for all buttons.

@@ -21,6 +21,12 @@ int TruncateToInt(double value)
     return static_cast<int>(value);
 }
 
+bool IsWholePixel(float value)
+{
+    // Beyond 2^24 every float is whole, but far past what a window can show.
+    return std::isfinite(value) && value == std::floor(value) && std::fabs(value) <= 16777216.0f;
+}
+
 void SplitThreeSlices(unsigned int width, unsigned int height, const Gdiplus::Rect &target, MirlSlice slices[3])
 {
     const INT half = static_cast<INT>(width >> 1);

@@ -4,6 +4,7 @@
 // MIRL::PlaceCaption (MirlCaptionLayout.h), shared with the label.
 //
 //   TruncateToInt            float to int toward zero, clamped
+//   IsWholePixel             a float that is a whole pixel
 //   SplitThreeSlices         left end, one stretched column, right end
 //   PaintThreeSlices         the same split drawn (defined beside the button's painting)
 //   LinkSpan                 the horizontal span in which the pointer is over a link
@@ -26,6 +27,9 @@ namespace MIRL {
 // Truncation toward zero that clamps instead of overflowing: a float far outside int's range
 // (an image placed two thousand million pixels away) must not be undefined behaviour.
 MIRL_API int TruncateToInt(double value);
+
+// True for a coordinate that is a whole number of pixels and within int's range.
+MIRL_API bool IsWholePixel(float value);
 
 // One part of a three-slice drawing: where it goes and where it comes from, in pixels.
 struct MirlSlice {

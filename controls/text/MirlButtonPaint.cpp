@@ -5,6 +5,7 @@
 #include "MirlButtonLogic.h"
 #include "MirlCaptionLayout.h"
 #include "MirlImage.h"
+#include "MirlPremultiplied.h"
 
 #include <vssym32.h>
 
@@ -65,6 +66,7 @@ void FreeSurface()
         g_Surface.freeWhenIdle = true;
         return;
     }
+    MIRL::FreePremultipliedScratch();
     if (g_Surface.dc != NULL) {
         ::SelectObject(g_Surface.dc, g_Surface.original);
         ::DeleteDC(g_Surface.dc);
@@ -392,6 +394,12 @@ void MirlButton::DrawItem(UINT, LPDRAWITEMSTRUCT item)
     }
 
     Gdiplus::Graphics graphics(dc);
+    // DrawTheBitmap may blend onto the context itself, as long as this graphics draws there.
+    struct PaintContext {
+        HDC &held;
+        PaintContext(HDC &member, HDC dc) : held(member) { held = dc; }
+        ~PaintContext() { held = NULL; }
+    } paintContext(m_PaintDC, dc);
     if (!m_LayoutReady) {
         m_LayoutReady = PrepareRect(graphics, !m_Text.empty());
     }
@@ -462,6 +470,9 @@ void MirlButton::DrawTheBitmap(Gdiplus::Graphics &graphics, Gdiplus::RectF &rect
     if (image.Bitmap == NULL) {
         return;
     }
+    if (!image.HasColorKey && DrawOneToOne(graphics, const_cast<MirlButtonImage &>(image), rect)) {
+        return;
+    }
     ExactPixels exact(graphics);
     if (image.HasColorKey) {
         Gdiplus::ImageAttributes attributes;
@@ -471,6 +482,27 @@ void MirlButton::DrawTheBitmap(Gdiplus::Graphics &graphics, Gdiplus::RectF &rect
     } else {
         graphics.DrawImage(image.Bitmap, rect, 0, 0, rect.Width, rect.Height, Gdiplus::UnitPixel);
     }
+}
+
+bool MirlButton::DrawOneToOne(Gdiplus::Graphics &graphics, MirlButtonImage &image, const Gdiplus::RectF &rect)
+{
+    // Only on DrawItem's own graphics (no transform, no clip of its own), at whole pixels, and
+    // within the image: there GDI+ too draws by alpha-blending the premultiplied image.
+    if (m_PaintDC == NULL || image.Bitmap == NULL || !MIRL::IsWholePixel(rect.X) || !MIRL::IsWholePixel(rect.Y) ||
+        !MIRL::IsWholePixel(rect.Width) || !MIRL::IsWholePixel(rect.Height) || rect.Width < 1.0f ||
+        rect.Height < 1.0f || rect.Width > static_cast<Gdiplus::REAL>(image.Width) ||
+        rect.Height > static_cast<Gdiplus::REAL>(image.Height)) {
+        return false;
+    }
+    if (image.Premultiplied == NULL) {
+        image.Premultiplied = MIRL::MirlPremultiplied::Make(image.Bitmap);
+        if (image.Premultiplied == NULL) {
+            return false;
+        }
+    }
+    graphics.Flush(Gdiplus::FlushIntentionSync);
+    return MIRL::BlendPremultiplied(m_PaintDC, *image.Premultiplied, static_cast<int>(rect.X), static_cast<int>(rect.Y),
+                                    static_cast<int>(rect.Width), static_cast<int>(rect.Height));
 }
 
 void MirlButton::DrawTheBitmapTx(Gdiplus::Graphics &graphics, Gdiplus::Rect &rect, bool pressed, bool disabled)

@@ -234,6 +234,19 @@ TEST(UrlCopy, LongSourcesAreCutTo259Characters)
     }
 }
 
+TEST(WholePixels, OnlyFiniteWholeNumbersWithinReach)
+{
+    EXPECT_TRUE(MIRL::IsWholePixel(0.0f));
+    EXPECT_TRUE(MIRL::IsWholePixel(3.0f));
+    EXPECT_TRUE(MIRL::IsWholePixel(-2.0f));
+    EXPECT_TRUE(MIRL::IsWholePixel(16777216.0f));
+    EXPECT_FALSE(MIRL::IsWholePixel(3.5f));
+    EXPECT_FALSE(MIRL::IsWholePixel(-0.25f));
+    EXPECT_FALSE(MIRL::IsWholePixel(33554432.0f));
+    EXPECT_FALSE(MIRL::IsWholePixel(std::numeric_limits<float>::infinity()));
+    EXPECT_FALSE(MIRL::IsWholePixel(std::numeric_limits<float>::quiet_NaN()));
+}
+
 TEST(Truncation, ClampsWhatIntCannotHold)
 {
     EXPECT_EQ(2, MIRL::TruncateToInt(2.9));
