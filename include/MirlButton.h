@@ -244,6 +244,8 @@ protected:
     // Grows the window base's width to the caption's, plus margins and the arrow.
     void GrowToCaption();
     void OpenTheme();
+    // Lets go of the theme data that OpenTheme took; the last button closes it.
+    void ReleaseTheme();
     // The system's push-button face for a theme state, through uxtheme.dll.
     void DrawSystemFace(HDC dc, const RECT &rect, int state);
     void ReleaseCommonBitmaps();

@@ -143,10 +143,7 @@ MirlButton::~MirlButton()
     FreeResources(true);
     // A button whose window never saw WM_DESTROY still lets go of the common images.
     ReleaseCommonBitmaps();
-    if (m_Theme != NULL && Theme().close != NULL) {
-        Theme().close(m_Theme);
-    }
-    m_Theme = NULL;
+    ReleaseTheme();
     for (MirlButtonImage &image : m_Images) {
         image.Free();
     }
@@ -426,11 +423,47 @@ void MirlButton::GrowToCaption()
     }
 }
 
+namespace {
+
+// The buttons' theme data, opened for the class and not for a window, is the same for all of
+// them: opened once for the first button and closed after the last, since each opening costs
+// the system a round of window-property queries.
+SRWLOCK g_ThemeLock = SRWLOCK_INIT;
+HTHEME g_SharedTheme = NULL;
+long g_ThemeUsers = 0;
+
+} // namespace
+
 void MirlButton::OpenTheme()
 {
-    if (m_Theme == NULL && Theme().open != NULL) {
-        m_Theme = Theme().open(NULL, L"BUTTON");
+    if (m_Theme != NULL || Theme().open == NULL) {
+        return;
     }
+    ::AcquireSRWLockExclusive(&g_ThemeLock);
+    if (g_SharedTheme == NULL) {
+        g_SharedTheme = Theme().open(NULL, L"BUTTON");
+    }
+    if (g_SharedTheme != NULL) {
+        ++g_ThemeUsers;
+        m_Theme = g_SharedTheme;
+    }
+    ::ReleaseSRWLockExclusive(&g_ThemeLock);
+}
+
+void MirlButton::ReleaseTheme()
+{
+    if (m_Theme == NULL) {
+        return;
+    }
+    ::AcquireSRWLockExclusive(&g_ThemeLock);
+    if (m_Theme == g_SharedTheme && --g_ThemeUsers == 0) {
+        if (Theme().close != NULL) {
+            Theme().close(g_SharedTheme);
+        }
+        g_SharedTheme = NULL;
+    }
+    ::ReleaseSRWLockExclusive(&g_ThemeLock);
+    m_Theme = NULL;
 }
 
 void MirlButton::DrawSystemFace(HDC dc, const RECT &rect, int state)
@@ -446,11 +479,8 @@ void MirlButton::OnDestroy()
     FreeResources(true);
     BOOL handled = TRUE;
     Base::OnDestroy(WM_DESTROY, 0, 0, handled);
-    // Closed with the window: a theme handle per button would pile up over a long run.
-    if (m_Theme != NULL && Theme().close != NULL) {
-        Theme().close(m_Theme);
-    }
-    m_Theme = NULL;
+    // Let go with the window: a theme handle per button would pile up over a long run.
+    ReleaseTheme();
     SetMsgHandled(FALSE);
 }
 
@@ -482,7 +512,11 @@ int MirlButton::OnSetWindowText(const wchar_t *text)
 void MirlButton::OnSize(UINT, SIZE)
 {
     m_LayoutReady = false;
-    InvalidateRect(NULL);
+    // A window not on screen is painted whole when it is shown; asking for it now is a wasted
+    // trip to the window server for every button a template creates.
+    if (::IsWindowVisible(m_hWnd)) {
+        InvalidateRect(NULL);
+    }
 }
 
 void MirlButton::OnKeyDown(UINT key, UINT repeat, UINT flags)

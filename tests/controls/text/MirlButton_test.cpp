@@ -210,6 +210,48 @@ TEST_F(ButtonMessages, ThemeIsOpenedForTheButtonClass)
     EXPECT_NE(nullptr, m_Button->GetTheme());
 }
 
+TEST_F(ButtonMessages, ButtonsShareOneThemeWhichTheLastLetsGo)
+{
+    ASSERT_NE(nullptr, Make(L"System"));
+    const HTHEME first = m_Button->GetTheme();
+    ASSERT_NE(nullptr, first);
+    {
+        ScopedButton second;
+        ASSERT_NE(nullptr, second.Create(nullptr, m_Parent.hwnd(), L"System"));
+        EXPECT_EQ(first, second->GetTheme());
+        second->DestroyWindow();
+        EXPECT_EQ(nullptr, second->GetTheme());
+    }
+    // The first still draws with it after the other has gone.
+    EXPECT_EQ(first, m_Button->GetTheme());
+    m_Button->DestroyWindow();
+    EXPECT_EQ(nullptr, m_Button->GetTheme());
+    // Every button gone, the next one opens the theme again.
+    ScopedButton third;
+    ASSERT_NE(nullptr, third.Create(nullptr, m_Parent.hwnd(), L"System"));
+    EXPECT_NE(nullptr, third->GetTheme());
+}
+
+TEST_F(ButtonMessages, AResizedButtonIsRepaintedOnScreenAndWhenShownAgain)
+{
+    HWND button = Make(L"System");
+    ASSERT_NE(nullptr, button);
+    ::ShowWindow(button, SW_SHOW);
+    ::UpdateWindow(button);
+    ASSERT_FALSE(::GetUpdateRect(button, nullptr, FALSE));
+    ::SetWindowPos(button, nullptr, 0, 0, 70, 30, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
+    EXPECT_TRUE(::GetUpdateRect(button, nullptr, FALSE));
+    ::UpdateWindow(button);
+
+    // Hidden, it keeps no region to paint and is painted whole when shown again.
+    ::ShowWindow(button, SW_HIDE);
+    ::SetWindowPos(button, nullptr, 0, 0, 60, 24, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
+    EXPECT_FALSE(::GetUpdateRect(button, nullptr, FALSE));
+    EXPECT_FALSE(m_Button->IsLayoutReady());
+    ::ShowWindow(button, SW_SHOW);
+    EXPECT_TRUE(::GetUpdateRect(button, nullptr, FALSE));
+}
+
 TEST_F(ButtonMessages, FactoryMakesButtonsFromButtonTemplates)
 {
     mirltest::ButtonFrame frame;
