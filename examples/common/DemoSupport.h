@@ -1,10 +1,13 @@
-// What the sample programs share: the program's folder, opening a skin with its errors told, a
-// dialog template built word by word in memory, and a dialog's background in the skin's colour.
+// What the sample programs share: the program's folder, the skin and language options, opening
+// a skin with its errors told, a dialog template built word by word in memory, and a dialog's
+// background in the skin's colour.
 #pragma once
 
 #include "Mirl.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <cwchar>
 #include <string>
 #include <vector>
 
@@ -17,6 +20,30 @@ inline std::wstring ProgramFolder()
     std::wstring folder(path, length);
     return folder.substr(0, folder.find_last_of(L"\\/"));
 }
+
+// The options every sample program takes: --skin PACKAGE.zip (the sample skin beside the
+// program if none) and --lang ID (1033 if none).
+struct SkinOptions {
+    std::wstring skin = ProgramFolder() + L"\\skins\\sample.zip";
+    unsigned int language = 1033;
+
+    // Takes argv[i] and its value if it is one of the two, moving i past them.
+    bool Take(int &i, int argc, wchar_t **argv)
+    {
+        if (i + 1 >= argc) {
+            return false;
+        }
+        if (std::wcscmp(argv[i], L"--skin") == 0) {
+            skin = argv[++i];
+            return true;
+        }
+        if (std::wcscmp(argv[i], L"--lang") == 0) {
+            language = static_cast<unsigned int>(std::wcstoul(argv[++i], nullptr, 10));
+            return true;
+        }
+        return false;
+    }
+};
 
 // MirlIntialize, or a sentence on standard output and false (the library is then let go).
 inline bool OpenSkin(const std::wstring &skin, unsigned int language)

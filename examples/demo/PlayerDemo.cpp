@@ -155,17 +155,15 @@ int ShowSettings(const wchar_t *png)
 int wmain(int argc, wchar_t **argv)
 {
     _setmode(_fileno(stdout), _O_U8TEXT);
-    std::wstring skin = demo::ProgramFolder() + L"\\skins\\sample.zip";
-    unsigned int language = 1033;
+    demo::SkinOptions options;
     const wchar_t *png = nullptr;
     const wchar_t *window = L"MainFrame";
     bool settings = false;
     for (int i = 1; i < argc; ++i) {
-        if (std::wcscmp(argv[i], L"--skin") == 0 && i + 1 < argc) {
-            skin = argv[++i];
-        } else if (std::wcscmp(argv[i], L"--lang") == 0 && i + 1 < argc) {
-            language = static_cast<unsigned int>(std::wcstoul(argv[++i], nullptr, 10));
-        } else if (std::wcscmp(argv[i], L"--window") == 0 && i + 1 < argc) {
+        if (options.Take(i, argc, argv)) {
+            continue;
+        }
+        if (std::wcscmp(argv[i], L"--window") == 0 && i + 1 < argc) {
             window = argv[++i];
         } else if (std::wcscmp(argv[i], L"--settings") == 0) {
             settings = true;
@@ -176,7 +174,7 @@ int wmain(int argc, wchar_t **argv)
         }
     }
 
-    if (!demo::OpenSkin(skin, language)) {
+    if (!demo::OpenSkin(options.skin, options.language)) {
         return 3;
     }
 

@@ -27,22 +27,20 @@ int Usage()
 int wmain(int argc, wchar_t **argv)
 {
     _setmode(_fileno(stdout), _O_U8TEXT);
-    std::wstring skin = demo::ProgramFolder() + L"\\skins\\sample.zip";
-    unsigned int language = 1033;
+    demo::SkinOptions options;
     const wchar_t *pictures = nullptr;
     for (int i = 1; i < argc; ++i) {
-        if (std::wcscmp(argv[i], L"--skin") == 0 && i + 1 < argc) {
-            skin = argv[++i];
-        } else if (std::wcscmp(argv[i], L"--lang") == 0 && i + 1 < argc) {
-            language = static_cast<unsigned int>(std::wcstoul(argv[++i], nullptr, 10));
-        } else if (std::wcscmp(argv[i], L"--pictures") == 0 && i + 1 < argc) {
+        if (options.Take(i, argc, argv)) {
+            continue;
+        }
+        if (std::wcscmp(argv[i], L"--pictures") == 0 && i + 1 < argc) {
             pictures = argv[++i];
         } else {
             return Usage();
         }
     }
 
-    if (!demo::OpenSkin(skin, language)) {
+    if (!demo::OpenSkin(options.skin, options.language)) {
         return 3;
     }
 
