@@ -265,6 +265,6 @@ protected:
     int m_LastTextDrawCalls;
     HDC m_PaintDC;
     HBITMAP m_PaintBitmap;
-    HGDIOBJ m_PaintOldBitmap;
+    HBITMAP m_PaintOldBitmap;
     SIZE m_PaintSize;
 };

@@ -27,7 +27,7 @@ bool MirlEdit::PreparePaintPicture(HDC target, int width, int height)
         FreePaintPicture();
         return false;
     }
-    m_PaintOldBitmap = ::SelectObject(m_PaintDC, m_PaintBitmap);
+    m_PaintOldBitmap = static_cast<HBITMAP>(::SelectObject(m_PaintDC, m_PaintBitmap));
     m_PaintSize.cx = width;
     m_PaintSize.cy = height;
     return true;
@@ -35,18 +35,7 @@ bool MirlEdit::PreparePaintPicture(HDC target, int width, int height)
 
 void MirlEdit::FreePaintPicture()
 {
-    if (m_PaintDC != NULL && m_PaintOldBitmap != NULL) {
-        ::SelectObject(m_PaintDC, m_PaintOldBitmap);
-    }
-    if (m_PaintBitmap != NULL) {
-        ::DeleteObject(m_PaintBitmap);
-    }
-    if (m_PaintDC != NULL) {
-        ::DeleteDC(m_PaintDC);
-    }
-    m_PaintDC = NULL;
-    m_PaintBitmap = NULL;
-    m_PaintOldBitmap = NULL;
+    MIRL::ReleaseOffscreen(m_PaintDC, m_PaintBitmap, m_PaintOldBitmap);
     m_PaintSize.cx = 0;
     m_PaintSize.cy = 0;
 }

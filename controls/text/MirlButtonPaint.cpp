@@ -49,7 +49,7 @@ private:
 struct SharedSurface {
     HDC dc = NULL;
     HBITMAP bitmap = NULL;
-    HGDIOBJ original = NULL;
+    HBITMAP original = NULL;
     int width = 0;
     int height = 0;
     int format = 0;
@@ -67,13 +67,7 @@ void FreeSurface()
         return;
     }
     MIRL::FreePremultipliedScratch();
-    if (g_Surface.dc != NULL) {
-        ::SelectObject(g_Surface.dc, g_Surface.original);
-        ::DeleteDC(g_Surface.dc);
-    }
-    if (g_Surface.bitmap != NULL) {
-        ::DeleteObject(g_Surface.bitmap);
-    }
+    MIRL::ReleaseOffscreen(g_Surface.dc, g_Surface.bitmap, g_Surface.original);
     g_Surface = SharedSurface();
 }
 
@@ -163,7 +157,7 @@ private:
                 m_Rect = rect;
                 return false;
             }
-            g_Surface.original = ::SelectObject(g_Surface.dc, g_Surface.bitmap);
+            g_Surface.original = static_cast<HBITMAP>(::SelectObject(g_Surface.dc, g_Surface.bitmap));
             g_Surface.width = width;
             g_Surface.height = height;
             g_Surface.format = format;

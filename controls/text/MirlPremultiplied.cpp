@@ -1,5 +1,7 @@
 #include "MirlPremultiplied.h"
 
+#include "MirlWindow.h"
+
 #include <cstring>
 #include <memory>
 #include <new>
@@ -51,7 +53,7 @@ namespace {
 struct Scratch {
     HDC dc = NULL;
     HBITMAP bitmap = NULL;
-    HGDIOBJ original = NULL;
+    HBITMAP original = NULL;
     std::uint32_t *bits = nullptr;
     int width = 0;
     int height = 0;
@@ -82,7 +84,7 @@ bool EnsureScratch(int width, int height)
         FreePremultipliedScratch();
         return false;
     }
-    g_Scratch.original = ::SelectObject(g_Scratch.dc, g_Scratch.bitmap);
+    g_Scratch.original = static_cast<HBITMAP>(::SelectObject(g_Scratch.dc, g_Scratch.bitmap));
     g_Scratch.bits = static_cast<std::uint32_t *>(bits);
     g_Scratch.width = newWidth;
     g_Scratch.height = newHeight;
@@ -111,13 +113,7 @@ bool BlendPremultiplied(HDC dc, const MirlPremultiplied &pixels, int x, int y, i
 
 void FreePremultipliedScratch()
 {
-    if (g_Scratch.dc != NULL) {
-        ::SelectObject(g_Scratch.dc, g_Scratch.original);
-        ::DeleteDC(g_Scratch.dc);
-    }
-    if (g_Scratch.bitmap != NULL) {
-        ::DeleteObject(g_Scratch.bitmap);
-    }
+    MIRL::ReleaseOffscreen(g_Scratch.dc, g_Scratch.bitmap, g_Scratch.original);
     g_Scratch = Scratch();
 }
 

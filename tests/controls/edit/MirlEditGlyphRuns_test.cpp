@@ -262,20 +262,8 @@ TEST_F(GlyphRunsTest, WithoutAFontOrABrushNothingIsDrawn)
 
 namespace {
 
-class EditRunsTest : public mirltest::PixelTest {
+class EditRunsTest : public mirltest::EditsFrameTest {
 protected:
-    void SetUp() override
-    {
-        mirltest::PixelTest::SetUp();
-        ASSERT_NE(nullptr, m_Frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Edits"));
-    }
-    void TearDown() override
-    {
-        if (m_Frame.IsWindow()) {
-            m_Frame.DestroyWindow();
-        }
-    }
-
     // The edit painted in runs, then one character at a time: the number of pixels that differ.
     static int PaintedDifference(MirlEdit *edit)
     {
@@ -286,8 +274,6 @@ protected:
         edit->SetDrawEachCharacter(false);
         return mirltest::ComparePixels(each, runs, 0).count;
     }
-
-    MirlWindow m_Frame;
 };
 
 } // namespace

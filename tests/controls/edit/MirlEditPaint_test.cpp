@@ -31,23 +31,10 @@ int CountColour(const mirltest::Dib &picture, DWORD colour)
     return n;
 }
 
-class EditPaintTest : public mirltest::PixelTest {
+class EditPaintTest : public mirltest::EditsFrameTest {
 protected:
-    void SetUp() override
-    {
-        mirltest::PixelTest::SetUp();
-        ASSERT_NE(nullptr, m_Frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Edits"));
-    }
-    void TearDown() override
-    {
-        if (m_Frame.IsWindow()) {
-            m_Frame.DestroyWindow();
-        }
-    }
     MirlEdit *Edit(unsigned long id) { return mirltest::EditOf(m_Frame, id); }
     static void Fill(MirlEdit *edit, const wchar_t *text) { mirltest::FillEdit(edit, text); }
-
-    MirlWindow m_Frame;
 };
 
 } // namespace

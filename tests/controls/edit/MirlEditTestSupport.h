@@ -2,6 +2,7 @@
 #pragma once
 
 #include "MirlEdit.h"
+#include "MirlPixelTest.h"
 #include "MirlTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -29,5 +30,23 @@ inline void FillEdit(MirlEdit *edit, const wchar_t *text)
     ::SendMessageW(edit->m_hWnd, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
     edit->SetHasSelection(false);
 }
+
+// A pixel test over the "Edits" template's frame, made for each test and destroyed after it.
+class EditsFrameTest : public PixelTest {
+protected:
+    void SetUp() override
+    {
+        PixelTest::SetUp();
+        ASSERT_NE(nullptr, m_Frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Edits"));
+    }
+    void TearDown() override
+    {
+        if (m_Frame.IsWindow()) {
+            m_Frame.DestroyWindow();
+        }
+    }
+
+    MirlWindow m_Frame;
+};
 
 } // namespace mirltest
