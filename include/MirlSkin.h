@@ -280,6 +280,8 @@ protected:
 
     LanguageMap *MapOfType(unsigned long type);
     const ElementList *FindList(unsigned long type, unsigned int language);
+    // The same list without counting it as searched; null if the language has none.
+    const ElementList *ListOf(unsigned long type, unsigned int language);
 
     static MirlUI *m_Instance;
 

@@ -85,11 +85,19 @@ MirlUI::LanguageMap *MirlUI::MapOfType(unsigned long type)
 
 const MirlUI::ElementList *MirlUI::FindList(unsigned long type, unsigned int language)
 {
+    if (MapOfType(type) == nullptr) {
+        return nullptr;
+    }
+    ++m_ListsSearched;
+    return ListOf(type, language);
+}
+
+const MirlUI::ElementList *MirlUI::ListOf(unsigned long type, unsigned int language)
+{
     LanguageMap *map = MapOfType(type);
     if (map == nullptr) {
         return nullptr;
     }
-    ++m_ListsSearched;
     LanguageMap::const_iterator found = map->find(language);
     return found == map->end() ? nullptr : &found->second;
 }
@@ -154,10 +162,22 @@ MirlUiElement *MirlUI::GetUiElement(const wchar_t *name, unsigned long type, uns
 
 MirlUiElement *MirlUI::GetUiElement(const wchar_t *name, unsigned long type)
 {
-    MirlUiElement *element = GetUiElement(name, type, m_CurrentLanguage);
-    if (element == nullptr && m_CurrentLanguage != 1033) {
-        element = GetUiElement(name, type, 1033);
+    if (m_CurrentLanguage == 1033 || m_LookupIndex == nullptr) {
+        MirlUiElement *element = GetUiElement(name, type, m_CurrentLanguage);
+        if (element == nullptr && m_CurrentLanguage != 1033) {
+            element = GetUiElement(name, type, 1033);
+        }
+        return element;
     }
+    if (type < UI_ELEMENT_INFORMATION || type > UI_ELEMENT_WINDOW || name == nullptr) {
+        return nullptr;
+    }
+    // Both languages in one probe; counted as the lists a search in turn would have read.
+    bool inCurrent = false;
+    MirlUiElement *element =
+        m_LookupIndex->FindWithFallback(type, m_CurrentLanguage, ListOf(type, m_CurrentLanguage), ListOf(type, 1033),
+                                        name, inCurrent);
+    m_ListsSearched += inCurrent ? 1 : 2;
     return element;
 }
 

@@ -1,6 +1,13 @@
+#include "MirlLookupIndex.h"
 #include "MirlTestSupport.h"
 
 #include <gtest/gtest.h>
+
+#include <cstdint>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
 
 using mirltest::ProbeUI;
 using mirltest::TextOf;
@@ -22,8 +29,28 @@ MirlUiWindow *MakeTemplate(const wchar_t *xml)
     return window;
 }
 
+MirlUiElementText *Named(const std::wstring &name)
+{
+    MirlUiElementText *element = new MirlUiElementText();
+    element->SetName(name.c_str());
+    return element;
+}
+
 class UiManagerTest : public ::testing::Test {
 protected:
+    struct Translated {
+        MirlUiElementText *english;
+        MirlUiElementText *chinese;
+    };
+    // "TxtOpen" listed in 1033, then in 2052.
+    Translated AddOpenInEnglishAndChinese()
+    {
+        Translated open{MakeText(L"TxtOpen", L"Open"), MakeText(L"TxtOpen", L"Chinese")};
+        m_Ui.Add(UI_ELEMENT_TEXT, 1033, open.english);
+        m_Ui.Add(UI_ELEMENT_TEXT, 2052, open.chinese);
+        return open;
+    }
+
     mirltest::ComScope m_Com;
     ProbeUI m_Ui;
 };
@@ -65,10 +92,7 @@ TEST_F(UiManagerTest, FallbackToEnglishOnlyThroughTheTwoArgumentForm)
 
 TEST_F(UiManagerTest, CurrentLanguageWinsOverEnglish)
 {
-    MirlUiElementText *english = MakeText(L"TxtOpen", L"Open");
-    MirlUiElementText *chinese = MakeText(L"TxtOpen", L"Chinese");
-    m_Ui.Add(UI_ELEMENT_TEXT, 1033, english);
-    m_Ui.Add(UI_ELEMENT_TEXT, 2052, chinese);
+    const auto [english, chinese] = AddOpenInEnglishAndChinese();
     m_Ui.SetCurrentLanguage(2052);
     EXPECT_EQ(chinese, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
     m_Ui.SetCurrentLanguage(1033);
@@ -129,7 +153,7 @@ TEST_F(UiManagerTest, ElementsAddedAfterALookupAreFoundAndNeverDisplaceTheFirst)
 
 TEST_F(UiManagerTest, LongNamesThatShareTheirStartAreToldApart)
 {
-    // 15 characters fit a name whole beside its terminator; 16 and more are compared in full.
+    // Names longer than an index slot holds are compared where their elements keep them.
     const wchar_t *const names[] = {L"TxtFifteenChars", L"TxtSixteenCharsX", L"TxtAVeryLongNameNumberOne",
                                     L"TxtAVeryLongNameNumberTwo"};
     MirlUiElementText *elements[4];
@@ -164,10 +188,7 @@ TEST_F(UiManagerTest, LookupIsByTypeAsWellAsName)
 
 TEST_F(UiManagerTest, SetCurrentLanguageChangesTheNextLookupAtOnce)
 {
-    MirlUiElementText *english = MakeText(L"TxtOpen", L"Open");
-    MirlUiElementText *chinese = MakeText(L"TxtOpen", L"Chinese");
-    m_Ui.Add(UI_ELEMENT_TEXT, 1033, english);
-    m_Ui.Add(UI_ELEMENT_TEXT, 2052, chinese);
+    const auto [english, chinese] = AddOpenInEnglishAndChinese();
     EXPECT_EQ(english, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
     m_Ui.SetCurrentLanguage(2052);
     EXPECT_EQ(2052u, m_Ui.GetCurrentLanguage());
@@ -247,4 +268,203 @@ TEST_F(UiManagerTest, RenamingAListedElementMovesItsLookupToTheNewName)
     second->Load(mirltest::ParseElement(L"<TxtReloaded Text='Again'/>"));
     EXPECT_EQ(second, m_Ui.GetUiElement(L"TxtReloaded", UI_ELEMENT_TEXT));
     EXPECT_EQ(first, m_Ui.GetUiElement(L"TxtClose", UI_ELEMENT_TEXT));
+}
+
+TEST_F(UiManagerTest, NamesAtAndPastWhatAnIndexSlotHoldsAreToldApart)
+{
+    const std::wstring full(MirlLookupIndex::InlineName, L'N');
+    const std::wstring shorter = full.substr(1);
+    const std::wstring longer = full + L"N";
+    const std::wstring otherEnd = shorter + L"M";
+    MirlUiElementText *elements[] = {Named(full), Named(shorter), Named(longer), Named(otherEnd)};
+    for (MirlUiElementText *element : elements) {
+        m_Ui.Add(UI_ELEMENT_TEXT, 1033, element);
+    }
+    EXPECT_EQ(elements[0], m_Ui.GetUiElement(full.c_str(), UI_ELEMENT_TEXT));
+    EXPECT_EQ(elements[1], m_Ui.GetUiElement(shorter.c_str(), UI_ELEMENT_TEXT));
+    EXPECT_EQ(elements[2], m_Ui.GetUiElement(longer.c_str(), UI_ELEMENT_TEXT));
+    EXPECT_EQ(elements[3], m_Ui.GetUiElement(otherEnd.c_str(), UI_ELEMENT_TEXT));
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement((longer + L"N").c_str(), UI_ELEMENT_TEXT));
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement(full.substr(2).c_str(), UI_ELEMENT_TEXT));
+}
+
+TEST_F(UiManagerTest, NamesBeyondAsciiAreNotConfusedWithTheirLowBytes)
+{
+    // U+0141 and U+4E41 end in the byte of 'A'; U+00E9 is one byte in Latin-1.
+    MirlUiElementText *ascii = Named(L"TA");
+    MirlUiElementText *latin = Named(L"T\u0141");
+    MirlUiElementText *cjk = Named(L"T\u4E41");
+    MirlUiElementText *accent = Named(L"T\u00E9");
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, latin);
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, cjk);
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, ascii);
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, accent);
+    EXPECT_EQ(ascii, m_Ui.GetUiElement(L"TA", UI_ELEMENT_TEXT));
+    EXPECT_EQ(latin, m_Ui.GetUiElement(L"T\u0141", UI_ELEMENT_TEXT));
+    EXPECT_EQ(cjk, m_Ui.GetUiElement(L"T\u4E41", UI_ELEMENT_TEXT));
+    EXPECT_EQ(accent, m_Ui.GetUiElement(L"T\u00E9", UI_ELEMENT_TEXT));
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement(L"T\u0041\u0001", UI_ELEMENT_TEXT));
+}
+
+TEST_F(UiManagerTest, ACurrentLanguageElementAddedAfterTheFallbackAnsweredTakesOver)
+{
+    // All made before the first lookup: naming an element starts the index again.
+    MirlUiElementText *english = MakeText(L"TxtOpen", L"Open");
+    MirlUiElementText *chinese = MakeText(L"TxtOpen", L"Chinese");
+    MirlUiElementText *secondChinese = MakeText(L"TxtOpen", L"Second");
+    MirlUiElementText *secondEnglish = MakeText(L"TxtOpen", L"Second English");
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, english);
+    m_Ui.SetCurrentLanguage(2052);
+    unsigned long before = m_Ui.GetListsSearched();
+    EXPECT_EQ(english, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
+    EXPECT_EQ(before + 2, m_Ui.GetListsSearched());
+
+    m_Ui.Add(UI_ELEMENT_TEXT, 2052, chinese);
+    m_Ui.Add(UI_ELEMENT_TEXT, 2052, secondChinese);
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, secondEnglish);
+    before = m_Ui.GetListsSearched();
+    EXPECT_EQ(chinese, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
+    EXPECT_EQ(before + 1, m_Ui.GetListsSearched());
+    EXPECT_EQ(english, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT, 1033));
+}
+
+namespace {
+
+// Three units after name that bring the index's hash, FNV-1a over UTF-16 units, back to what
+// it was after name: the index files both under one hash and must tell them apart by name.
+std::wstring SuffixOfTheSameHash(const std::wstring &name)
+{
+    const std::uint32_t prime = 16777619u;
+    const std::uint32_t inverse = 899433627u; // prime * inverse == 1 modulo 2^32
+    std::uint32_t hash = 2166136261u;
+    for (wchar_t unit : name) {
+        hash = (hash ^ static_cast<unsigned short>(unit)) * prime;
+    }
+    for (std::uint32_t first = 1; first < 0x10000; ++first) {
+        for (std::uint32_t second = 1; second < 0x10000; ++second) {
+            const std::uint32_t third = ((((hash ^ first) * prime) ^ second) * prime) ^ (hash * inverse);
+            if (third != 0 && third < 0x10000) {
+                return std::wstring{static_cast<wchar_t>(first), static_cast<wchar_t>(second),
+                                    static_cast<wchar_t>(third)};
+            }
+        }
+    }
+    return std::wstring();
+}
+
+} // namespace
+
+TEST_F(UiManagerTest, NamesOfOneHashAreToldApartByTheirCharacters)
+{
+    const std::wstring full(MirlLookupIndex::InlineName, L'N');
+    const std::wstring shorter(MirlLookupIndex::InlineName - 3, L'S');
+    const std::wstring fullSuffix = SuffixOfTheSameHash(full);
+    const std::wstring shorterSuffix = SuffixOfTheSameHash(shorter);
+    ASSERT_EQ(3u, fullSuffix.size());
+    ASSERT_EQ(3u, shorterSuffix.size());
+    ASSERT_EQ(MirlLookupIndex::Tag(full.c_str()), MirlLookupIndex::Tag((full + fullSuffix).c_str()));
+    ASSERT_EQ(MirlLookupIndex::Tag(shorter.c_str()), MirlLookupIndex::Tag((shorter + shorterSuffix).c_str()));
+
+    // The names kept in their slots first, so that the longer ones are compared with them.
+    MirlUiElementText *elements[] = {Named(full), Named(shorter), Named(full + fullSuffix),
+                                     Named(shorter + shorterSuffix)};
+    for (MirlUiElementText *element : elements) {
+        m_Ui.Add(UI_ELEMENT_TEXT, 1033, element);
+    }
+    for (MirlUiElementText *element : elements) {
+        EXPECT_EQ(element, m_Ui.GetUiElement(element->GetName(), UI_ELEMENT_TEXT));
+    }
+    m_Ui.SetCurrentLanguage(2052);
+    for (MirlUiElementText *element : elements) {
+        EXPECT_EQ(element, m_Ui.GetUiElement(element->GetName(), UI_ELEMENT_TEXT));
+    }
+}
+
+TEST_F(UiManagerTest, TheLookupWithFallbackFollowsEveryChangeOfLanguage)
+{
+    const auto [english, chinese] = AddOpenInEnglishAndChinese();
+    MirlUiElementText *japanese = MakeText(L"TxtOpen", L"Japanese");
+    MirlUiElementText *onlyJapanese = MakeText(L"TxtJapan", L"Japan");
+    m_Ui.Add(UI_ELEMENT_TEXT, 1041, japanese);
+    m_Ui.Add(UI_ELEMENT_TEXT, 1041, onlyJapanese);
+    const struct {
+        unsigned int language;
+        MirlUiElementText *open;
+        MirlUiElementText *japan;
+    } steps[] = {{2052, chinese, nullptr}, {1041, japanese, onlyJapanese}, {1033, english, nullptr},
+                 {1041, japanese, onlyJapanese}, {1028, english, nullptr}, {2052, chinese, nullptr}};
+    for (const auto &step : steps) {
+        m_Ui.SetCurrentLanguage(step.language);
+        EXPECT_EQ(step.open, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT)) << step.language;
+        EXPECT_EQ(step.japan, m_Ui.GetUiElement(L"TxtJapan", UI_ELEMENT_TEXT)) << step.language;
+    }
+}
+
+TEST_F(UiManagerTest, ALanguageWhoseListAppearsAfterALookupIsRead)
+{
+    MirlUiElementText *english = MakeText(L"TxtOpen", L"Open");
+    m_Ui.Add(UI_ELEMENT_TEXT, 2052, MakeText(L"TxtOther", L"Other"));
+    m_Ui.SetCurrentLanguage(2052);
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
+    m_Ui.Add(UI_ELEMENT_TEXT, 1033, english);
+    EXPECT_EQ(english, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
+    MirlUiWindow *frame = MakeTemplate(L"<MainFrame Class='WINDOW'/>");
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement(L"MainFrame", UI_ELEMENT_WINDOW));
+    m_Ui.Add(UI_ELEMENT_WINDOW, 1033, frame);
+    EXPECT_EQ(frame, m_Ui.GetUiElement(L"MainFrame", UI_ELEMENT_WINDOW));
+}
+
+TEST_F(UiManagerTest, RenamingIsSeenByTheLookupWithFallback)
+{
+    const auto [english, chinese] = AddOpenInEnglishAndChinese();
+    m_Ui.SetCurrentLanguage(2052);
+    ASSERT_EQ(chinese, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
+    chinese->SetName(L"TxtClose");
+    EXPECT_EQ(english, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
+    EXPECT_EQ(chinese, m_Ui.GetUiElement(L"TxtClose", UI_ELEMENT_TEXT));
+    english->SetName(L"TxtGone");
+    EXPECT_EQ(nullptr, m_Ui.GetUiElement(L"TxtOpen", UI_ELEMENT_TEXT));
+    EXPECT_EQ(english, m_Ui.GetUiElement(L"TxtGone", UI_ELEMENT_TEXT));
+}
+
+TEST_F(UiManagerTest, ThousandsOfNamesAnswerAsWalkingTheListsInOrder)
+{
+    // Two languages of 3,000 random names each from a pool of 4,000, duplicates included, some
+    // short, some past a slot's width, some beyond ASCII, added in turns between lookups.
+    std::mt19937 random(7);
+    std::vector<std::wstring> pool;
+    for (int i = 0; i < 4000; ++i) {
+        std::wstring name = L"N" + std::to_wstring(i);
+        name.append(random() % 3 == 0 ? random() % 16 : 0, static_cast<wchar_t>(L'a' + i % 26));
+        if (i % 97 == 0) {
+            name += L'\u4E2D';
+        }
+        pool.push_back(name);
+    }
+    m_Ui.SetCurrentLanguage(2052);
+    for (int round = 0; round < 3; ++round) {
+        for (int i = 0; i < 1000; ++i) {
+            m_Ui.Add(UI_ELEMENT_TEXT, 2052, Named(pool[random() % pool.size()]));
+            m_Ui.Add(UI_ELEMENT_TEXT, 1033, Named(pool[random() % pool.size()]));
+        }
+        // The first of each name in 2052, then in 1033: what walking the two lists finds.
+        std::map<std::wstring, MirlUiElement *> first;
+        size_t inChinese = 0;
+        for (unsigned int language : {2052u, 1033u}) {
+            for (size_t i = 0; i < m_Ui.Count(UI_ELEMENT_TEXT, language); ++i) {
+                MirlUiElement *element = m_Ui.At(UI_ELEMENT_TEXT, language, i);
+                first.emplace(element->GetName(), element);
+            }
+            inChinese = language == 2052 ? first.size() : inChinese;
+        }
+        const size_t inEnglish = first.size() - inChinese;
+        for (const std::wstring &name : pool) {
+            const auto found = first.find(name);
+            MirlUiElement *expected = found != first.end() ? found->second : nullptr;
+            ASSERT_EQ(expected, m_Ui.GetUiElement(name.c_str(), UI_ELEMENT_TEXT)) << round;
+            ASSERT_EQ(nullptr, m_Ui.GetUiElement((name + L"#").c_str(), UI_ELEMENT_TEXT)) << round;
+        }
+        EXPECT_GT(inChinese, 500u);
+        EXPECT_GT(inEnglish, 200u);
+    }
 }
