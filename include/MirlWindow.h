@@ -16,6 +16,7 @@
 #include "atl/MirlAtl.h"
 
 #include <algorithm>
+#include <cwchar>
 using std::max;
 using std::min;
 #include <gdiplus.h>
@@ -385,7 +386,11 @@ public:
     LRESULT OnCreate(UINT, WPARAM, LPARAM, BOOL &)
     {
         LoadingSkinResource();
-        SetWindowTextW(this->m_Text.c_str());
+        // A class that keeps no text beside the system's holds its title from creation already;
+        // setting it again would cost each window one more trip to the window server.
+        if (!T::TextIsTheSystems || !HoldsText(this->m_Text)) {
+            SetWindowTextW(this->m_Text.c_str());
+        }
         if (!this->m_ToolTip.empty()) {
             SetTooltipText(this->m_ToolTip.c_str(), true);
         }
@@ -472,6 +477,9 @@ public:
     }
     WNDPROC GetWindowProc() override { return WindowProc; }
 
+    // Whether the class reads its text only from the system (no WM_SETTEXT of its own).
+    enum { TextIsTheSystems = 0 };
+
     BEGIN_MSG_MAP(MirlWindowImpl)
         MESSAGE_HANDLER(WM_PAINT, OnPaint)
         MESSAGE_HANDLER(WM_PRINTCLIENT, OnPaint)
@@ -483,6 +491,17 @@ public:
     END_MSG_MAP()
 
 protected:
+    // Whether the window's text is text, exactly; a text too long for the comparison is not.
+    bool HoldsText(const std::wstring &text)
+    {
+        wchar_t held[66];
+        if (text.size() > 64) {
+            return false;
+        }
+        const int length = ::GetWindowTextW(this->m_hWnd, held, 66);
+        return length == static_cast<int>(text.size()) && std::wmemcmp(held, text.c_str(), text.size()) == 0;
+    }
+
     Gdiplus::Brush *m_BkBrush;
     Gdiplus::Brush *m_TxBrush;
     Gdiplus::Font *m_TxFont;
@@ -492,6 +511,8 @@ protected:
 
 // The plain window: "WINDOW" and "CUSTOMCONTROL" templates, and an application's frame.
 class MirlWindow : public MirlWindowImpl<MirlWindow> {
+public:
+    enum { TextIsTheSystems = 1 };
 };
 
 // A private snapshot of the parent's screen pixels beneath the window, taken once.

@@ -19,6 +19,24 @@ LRESULT CALLBACK RecordCreation(int code, WPARAM wParam, LPARAM lParam)
     return ::CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
+std::vector<HWND> *g_ToldText = nullptr;
+
+LRESULT CALLBACK RecordSetText(int code, WPARAM wParam, LPARAM lParam)
+{
+    const CWPSTRUCT *sent = reinterpret_cast<const CWPSTRUCT *>(lParam);
+    if (code == HC_ACTION && sent->message == WM_SETTEXT && g_ToldText != nullptr) {
+        g_ToldText->push_back(sent->hwnd);
+    }
+    return ::CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+std::wstring TextOf(HWND hWnd)
+{
+    wchar_t text[64] = {};
+    ::GetWindowTextW(hWnd, text, 64);
+    return text;
+}
+
 std::wstring ClassNameOf(HWND hWnd)
 {
     wchar_t name[64] = {};
@@ -113,5 +131,27 @@ TEST(WindowFactory, NullParentTemplateOrClassMakesNoWindow)
     EXPECT_EQ(nullptr, MirlWindowBase::CreateMirlWindow(&frame, nullptr));
     EXPECT_EQ(nullptr, MirlWindowBase::CreateMirlWindow(&frame, factory->GetChild(L"A4")));
     EXPECT_EQ(nullptr, MirlWindowBase::CreateMirlWindow(&frame, factory->GetChild(L"A2")));
+    frame.DestroyWindow();
+}
+
+TEST(WindowFactory, APlainWindowHoldsItsTextFromCreationAndIsNotToldItAgain)
+{
+    std::vector<HWND> told;
+    g_ToldText = &told;
+    HHOOK hook = ::SetWindowsHookExW(WH_CALLWNDPROC, RecordSetText, nullptr, ::GetCurrentThreadId());
+    TestFrame frame;
+    frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Defaults");
+    ::UnhookWindowsHookEx(hook);
+    g_ToldText = nullptr;
+
+    ASSERT_TRUE(frame.IsWindow());
+    MirlWindowBase *named = frame.GetWindowItem(L"Named");
+    MirlWindowBase *plain = frame.GetWindowItem(L"Plain");
+    ASSERT_NE(nullptr, named);
+    ASSERT_NE(nullptr, plain);
+    EXPECT_EQ(L"Hello", TextOf(named->m_hWnd));
+    EXPECT_EQ(L"", TextOf(plain->m_hWnd));
+    // An application's own class may keep the text it is told, so its frame is still told it.
+    EXPECT_EQ(std::vector<HWND>{frame.m_hWnd}, told);
     frame.DestroyWindow();
 }
