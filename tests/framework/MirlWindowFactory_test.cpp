@@ -9,23 +9,23 @@ namespace {
 
 ::testing::Environment *const g_Mirl = ::testing::AddGlobalTestEnvironment(new mirltest::MirlEnvironment());
 
-std::vector<HWND> *g_Created = nullptr;
+// The windows a hook below records, while one is set.
+std::vector<HWND> *g_Recorded = nullptr;
 
 LRESULT CALLBACK RecordCreation(int code, WPARAM wParam, LPARAM lParam)
 {
-    if (code == HCBT_CREATEWND && g_Created != nullptr) {
-        g_Created->push_back(reinterpret_cast<HWND>(wParam));
+    if (code == HCBT_CREATEWND && g_Recorded != nullptr) {
+        g_Recorded->push_back(reinterpret_cast<HWND>(wParam));
     }
     return ::CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
-std::vector<HWND> *g_ToldText = nullptr;
 
 LRESULT CALLBACK RecordSetText(int code, WPARAM wParam, LPARAM lParam)
 {
     const CWPSTRUCT *sent = reinterpret_cast<const CWPSTRUCT *>(lParam);
-    if (code == HC_ACTION && sent->message == WM_SETTEXT && g_ToldText != nullptr) {
-        g_ToldText->push_back(sent->hwnd);
+    if (code == HC_ACTION && sent->message == WM_SETTEXT && g_Recorded != nullptr) {
+        g_Recorded->push_back(sent->hwnd);
     }
     return ::CallNextHookEx(nullptr, code, wParam, lParam);
 }
@@ -44,17 +44,24 @@ std::wstring ClassNameOf(HWND hWnd)
     return name;
 }
 
+// Creates frame from the template name with the hook recording into recorded.
+void CreateWhileHooked(TestFrame &frame, const wchar_t *name, int hookType, HOOKPROC hook,
+                       std::vector<HWND> &recorded)
+{
+    g_Recorded = &recorded;
+    HHOOK handle = ::SetWindowsHookExW(hookType, hook, nullptr, ::GetCurrentThreadId());
+    frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), name);
+    ::UnhookWindowsHookEx(handle);
+    g_Recorded = nullptr;
+}
+
 } // namespace
 
 TEST(WindowFactory, TreeIsCreatedDepthFirstInDocumentOrder)
 {
     std::vector<HWND> created;
-    g_Created = &created;
-    HHOOK hook = ::SetWindowsHookExW(WH_CBT, RecordCreation, nullptr, ::GetCurrentThreadId());
     TestFrame frame;
-    frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Factory");
-    ::UnhookWindowsHookEx(hook);
-    g_Created = nullptr;
+    CreateWhileHooked(frame, L"Factory", WH_CBT, RecordCreation, created);
 
     ASSERT_TRUE(frame.IsWindow());
     // The system also makes an input-method window for a new top-level window; keep ours.
@@ -137,12 +144,8 @@ TEST(WindowFactory, NullParentTemplateOrClassMakesNoWindow)
 TEST(WindowFactory, APlainWindowHoldsItsTextFromCreationAndIsNotToldItAgain)
 {
     std::vector<HWND> told;
-    g_ToldText = &told;
-    HHOOK hook = ::SetWindowsHookExW(WH_CALLWNDPROC, RecordSetText, nullptr, ::GetCurrentThreadId());
     TestFrame frame;
-    frame.Create(nullptr, nullptr, static_cast<LPRECT>(nullptr), L"Defaults");
-    ::UnhookWindowsHookEx(hook);
-    g_ToldText = nullptr;
+    CreateWhileHooked(frame, L"Defaults", WH_CALLWNDPROC, RecordSetText, told);
 
     ASSERT_TRUE(frame.IsWindow());
     MirlWindowBase *named = frame.GetWindowItem(L"Named");
