@@ -41,7 +41,8 @@ MirlWindowBase::MirlWindowBase(HWND hWnd)
       m_CommandID(0), m_Pic(NULL), m_X(0), m_Y(0), m_Width(64), m_Height(64), m_MinWidth(-1), m_MaxWidth(6900),
       m_MinHeight(-1), m_MaxHeight(6900), m_ClBkGround(0xFF000000UL), m_ClText(0xFFFFFFFFUL), m_LogFont(),
       m_Style(WS_CHILD | WS_VISIBLE), m_ExStyle(0), m_Menu(0), m_Transparent(false), m_Align(0),
-      m_CreatingName(NULL), m_CreatingFrom(NULL), m_CreatingTemplate(NULL)
+      m_CreatingName(NULL), m_CreatingFrom(NULL), m_CreatingTemplate(NULL), m_PlacingNext(false), m_PlacingWidth(0),
+      m_PlacingHeight(0), m_PlacingPrevious(), m_HasPlace(false), m_Place()
 {
     m_LogFont.lfHeight = 12;
     SetFaceName(L"MS Sans Serif");
@@ -329,13 +330,30 @@ private:
 
 } // namespace
 
-void MirlWindowBase::CreateChildWindows()
+namespace MIRL {
+// Where the layout puts that child in a client area of that size, after the sibling placed at
+// previous.
+MirlWindowBase::Place LayoutPlaceOf(const MirlWindowBase *child, int width, int height,
+                                    const MirlWindowBase::Place &previous);
+} // namespace MIRL
+
+void MirlWindowBase::CreateChildWindows(bool atLayout)
 {
     if (m_UiWindow == NULL) {
         return;
     }
     MirlUiWindow *indexed = m_UiWindow;
     const unsigned int count = indexed->GetChildCount();
+    // The chain of places runs over all the children; one made before this call is not in it.
+    atLayout = atLayout && m_Children.empty() && m_hWnd != NULL;
+    if (atLayout) {
+        RECT client = {};
+        ::GetClientRect(m_hWnd, &client);
+        // Read as WM_SIZE will give it, each half a signed 16-bit value.
+        m_PlacingWidth = static_cast<short>(client.right);
+        m_PlacingHeight = static_cast<short>(client.bottom);
+        m_PlacingPrevious = Place();
+    }
     // Below a handful of children the walk costs less than the index.
     FirstChildIndex *index = count > 8 ? new (std::nothrow) FirstChildIndex(indexed) : NULL;
     for (unsigned int i = 0; i < count; ++i) {
@@ -349,15 +367,57 @@ void MirlWindowBase::CreateChildWindows()
             m_CreatingFrom = indexed;
             m_CreatingTemplate = index->Find(m_CreatingName);
         }
+        m_PlacingNext = atLayout;
         MirlWindowBase *child = MirlWindowBase::CreateMirlWindow(this, ui);
+        m_PlacingNext = false;
         m_CreatingName = NULL;
         m_CreatingFrom = NULL;
         m_CreatingTemplate = NULL;
         if (child != NULL) {
             m_Children.push_back(child);
+            if (atLayout) {
+                // What the layout gives this child, with the size its creation settled on, is
+                // where the next one is placed from.
+                m_PlacingPrevious = MIRL::LayoutPlaceOf(child, m_PlacingWidth, m_PlacingHeight, m_PlacingPrevious);
+            }
         }
     }
     delete index;
+}
+
+bool MirlWindowBase::PlaceOfChildBeingCreated(const MirlWindowBase *child, Place &place)
+{
+    if (!m_PlacingNext || child == NULL) {
+        return false;
+    }
+    m_PlacingNext = false;
+    if (_wcsicmp(child->GetClass(), L"SCROLLBAR") == 0 || _wcsicmp(child->GetClass(), L"SPLITTER") == 0) {
+        return false;
+    }
+    place = MIRL::LayoutPlaceOf(child, m_PlacingWidth, m_PlacingHeight, m_PlacingPrevious);
+    return true;
+}
+
+void MirlWindowBase::RememberPlace(const Place &place)
+{
+    m_Place = place;
+    m_HasPlace = true;
+}
+
+bool MirlWindowBase::StandsAt(const Place &place) const
+{
+    if (!m_HasPlace || m_Place.x != place.x || m_Place.y != place.y || m_Place.w != place.w || m_Place.h != place.h ||
+        m_hWnd == NULL) {
+        return false;
+    }
+    // The application or the window itself may have moved it since.
+    RECT now = {};
+    if (!::GetWindowRect(m_hWnd, &now)) {
+        return false;
+    }
+    ::MapWindowPoints(HWND_DESKTOP, ::GetParent(m_hWnd), reinterpret_cast<POINT *>(&now), 2);
+    return now.left == place.x && now.top == place.y && static_cast<long long>(now.right) - now.left == place.w &&
+           static_cast<long long>(now.bottom) - now.top == place.h;
 }
 
 void MirlWindowBase::ResetParent(MirlWindowBase *parent)
@@ -506,35 +566,46 @@ void MirlWindowBase::DeleteAllMemory()
 
 namespace MIRL {
 
+MirlWindowBase::Place LayoutPlaceOf(const MirlWindowBase *child, int width, int height,
+                                    const MirlWindowBase::Place &previous)
+{
+    MirlLayoutInput input;
+    input.x = child->GetX();
+    input.y = child->GetY();
+    input.width = child->GetWidth();
+    input.height = child->GetHeight();
+    input.align = child->GetAlign();
+    input.style = child->GetStyle();
+    if (_wcsicmp(child->GetClass(), L"SCROLLBAR") == 0) {
+        input.windowClass = MirlLayoutClass::ScrollBar;
+        RECT present = {};
+        ::GetWindowRect(child->m_hWnd, &present);
+        input.presentWidth = present.right - present.left;
+        input.presentHeight = present.bottom - present.top;
+    }
+    if (_wcsicmp(child->GetClass(), L"SPLITTER") == 0) {
+        input.windowClass = MirlLayoutClass::Splitter;
+        // A window of another class under that name (an application's own) has no weight.
+        const MirlSplitter *splitter = dynamic_cast<const MirlSplitter *>(child);
+        input.splitterWeight = splitter != NULL ? splitter->GetSplitterWeight() : 0;
+    }
+    const MirlLayoutRect before = {previous.x, previous.y, previous.w, previous.h};
+    const MirlLayoutRect place = LayoutChild(width, height, input, before);
+    return MirlWindowBase::Place{place.x, place.y, place.w, place.h};
+}
+
 void LayoutChildWindows(MirlWindowBase *parent, const std::vector<MirlWindowBase *> &children, int width, int height)
 {
     (void)parent;
-    MirlLayoutRect previous = {0, 0, 0, 0};
+    MirlWindowBase::Place previous = {0, 0, 0, 0};
     for (MirlWindowBase *child : children) {
-        MirlLayoutInput input;
-        input.x = child->GetX();
-        input.y = child->GetY();
-        input.width = child->GetWidth();
-        input.height = child->GetHeight();
-        input.align = child->GetAlign();
-        input.style = child->GetStyle();
-        if (_wcsicmp(child->GetClass(), L"SCROLLBAR") == 0) {
-            input.windowClass = MirlLayoutClass::ScrollBar;
-            RECT present = {};
-            ::GetWindowRect(child->m_hWnd, &present);
-            input.presentWidth = present.right - present.left;
-            input.presentHeight = present.bottom - present.top;
-        }
-        if (_wcsicmp(child->GetClass(), L"SPLITTER") == 0) {
-            input.windowClass = MirlLayoutClass::Splitter;
-            // A window of another class under that name (an application's own) has no weight.
-            MirlSplitter *splitter = dynamic_cast<MirlSplitter *>(child);
-            input.splitterWeight = splitter != NULL ? splitter->GetSplitterWeight() : 0;
-        }
-        MirlLayoutRect place = LayoutChild(width, height, input, previous);
-        if (child->m_hWnd != NULL) {
+        const MirlWindowBase::Place place = LayoutPlaceOf(child, width, height, previous);
+        // A move to where the window already stands changes nothing on screen and still costs
+        // a trip to the window server.
+        if (child->m_hWnd != NULL && !child->StandsAt(place)) {
             ::MoveWindow(child->m_hWnd, place.x, place.y, place.w, place.h, TRUE);
         }
+        child->RememberPlace(place);
         previous = place;
     }
 }

@@ -68,6 +68,9 @@ class MIRL_API MirlButton
 public:
     DECLARE_WND_SUPERCLASS(L"MirlWindowImpl", L"BUTTON")
 
+    // Its WM_SIZE does not lay children out: a child of its template is made where it says.
+    enum { LaysOutChildrenOnSize = 0 };
+
     // Any OR of the ORDER_* and ALIGN_* words of the "Layout" attribute.
     enum Alignment : unsigned long {
         AlignDefault = 0,

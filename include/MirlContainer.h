@@ -36,6 +36,9 @@ class MirlTabButtonImpl : public MirlWindowImpl<T, WTL::CButtonT<MirlWindowBase>
     typedef MirlWindowImpl<T, WTL::CButtonT<MirlWindowBase>, ATL::CWinTraits<0x56000000, 0>> Base;
 
 public:
+    // Its WM_SIZE does not lay children out: a child of its template is made where it says.
+    enum { LaysOutChildrenOnSize = 0 };
+
     MirlTabButtonImpl()
         : m_nRepeatDelay(100), m_fMouseOver(0), m_fPressed(0), m_fFocus(0), m_fDisabled(0), m_fReserved(0),
           m_fAutoRepeat(0), m_fCheckStyle(0), m_fSelected(0), m_bTextMeasured(false), m_fTextHeight(0.0f),
@@ -373,6 +376,9 @@ class MIRL_API MIRLOutlookCtrl : public MirlWindowImpl<MIRLOutlookCtrl>,
                                  public CTransparentImpl<MIRLOutlookCtrl>,
                                  public WTL::CDoubleBufferImpl<MIRLOutlookCtrl> {
 public:
+    // Its WM_SIZE does not lay children out: a child of its template is made where it says.
+    enum { LaysOutChildrenOnSize = 0 };
+
     MIRLOutlookCtrl();
     ~MIRLOutlookCtrl() override;
     MIRLOutlookCtrl(const MIRLOutlookCtrl &) = delete;

@@ -22,6 +22,9 @@ class MIRL_API MirlStatic : public MirlWindowImpl<MirlStatic>,
                             public WTL::CDoubleBufferImpl<MirlStatic>,
                             public WTL::CMessageFilter {
 public:
+    // Its WM_SIZE does not lay children out: a child of its template is made where it says.
+    enum { LaysOutChildrenOnSize = 0 };
+
     MirlStatic();
     MirlStatic(const MirlStatic &source);
     MirlStatic &operator=(const MirlStatic &source);

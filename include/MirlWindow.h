@@ -43,6 +43,14 @@ public:
         HBITMAP m_hOldBitmap;
     };
 
+    // A child's place in its parent's client area, as the layout gives it.
+    struct Place {
+        int x;
+        int y;
+        int w;
+        int h;
+    };
+
     explicit MirlWindowBase(HWND hWnd = NULL);
     virtual ~MirlWindowBase();
 
@@ -112,10 +120,22 @@ public:
         return index < m_Children.size() ? m_Children[index] : NULL;
     }
 
+    // While CreateChildWindows makes its children where the layout will put them: where the
+    // child now being made goes. False at any other time, and for a scroll bar or a splitter,
+    // whose place depends on its window. Answers once per child.
+    bool PlaceOfChildBeingCreated(const MirlWindowBase *child, Place &place);
+    // The place the layout or the creation last gave this window, remembered so that a layout
+    // that gives it again need not move it.
+    void RememberPlace(const Place &place);
+    // Whether the window stands at that place now: remembered there and still there.
+    bool StandsAt(const Place &place) const;
+
 protected:
     void InheritFrom(const MirlWindowBase *parent);
     // One window per child of the template, in template order, each added to the children.
-    void CreateChildWindows();
+    // atLayout: each is made where this window's layout will put it in the present client area,
+    // for a class whose WM_SIZE lays its children out, so that the first layout moves none.
+    void CreateChildWindows(bool atLayout = false);
     // The common start of both LoadAttributesFromUi forms: takes the parent, inherits from it,
     // and answers the parent's template (null without one).
     MirlUiWindow *AdoptParent(MirlWindowBase *parent);
@@ -159,6 +179,15 @@ protected:
     const wchar_t *m_CreatingName;
     MirlUiWindow *m_CreatingFrom;
     MirlUiWindow *m_CreatingTemplate;
+    // While CreateChildWindows makes children at their layout: whether the next Create is the
+    // loop's, the client size, and the place of the child before.
+    bool m_PlacingNext;
+    int m_PlacingWidth;
+    int m_PlacingHeight;
+    Place m_PlacingPrevious;
+    // The place last given by the layout or the creation, if any.
+    bool m_HasPlace;
+    Place m_Place;
 
 private:
     MirlWindowBase(const MirlWindowBase &) = delete;
@@ -243,8 +272,15 @@ public:
         // A top-level window takes a menu handle in that place, not an identifier.
         HMENU menu = (windowStyle & WS_CHILD) ? reinterpret_cast<HMENU>(static_cast<UINT_PTR>(this->m_CommandID)) : NULL;
         RECT place;
+        MirlWindowBase::Place laidOut = {0, 0, 0, 0};
+        const bool atLayout = rect.m_lpRect == NULL && parent != NULL && parent->PlaceOfChildBeingCreated(this, laidOut);
         if (rect.m_lpRect != NULL) {
             place = *rect.m_lpRect;
+        } else if (atLayout) {
+            place.left = laidOut.x;
+            place.top = laidOut.y;
+            place.right = static_cast<LONG>(static_cast<long long>(laidOut.x) + laidOut.w);
+            place.bottom = static_cast<LONG>(static_cast<long long>(laidOut.y) + laidOut.h);
         } else {
             place.left = this->m_X;
             place.top = this->m_Y;
@@ -252,7 +288,11 @@ public:
             place.bottom = static_cast<LONG>(static_cast<long long>(this->m_Y) + this->m_Height);
         }
         const wchar_t *title = this->m_Text.empty() ? NULL : this->m_Text.c_str();
-        return Base::Create(hWndParent, &place, title, windowStyle, windowExStyle, menu, atom, createParam);
+        HWND created = Base::Create(hWndParent, &place, title, windowStyle, windowExStyle, menu, atom, createParam);
+        if (created != NULL && atLayout) {
+            this->RememberPlace(laidOut);
+        }
+        return created;
     }
 
     // Takes over an existing window.
@@ -394,7 +434,7 @@ public:
         if (!this->m_ToolTip.empty()) {
             SetTooltipText(this->m_ToolTip.c_str(), true);
         }
-        this->CreateChildWindows();
+        this->CreateChildWindows(T::LaysOutChildrenOnSize != 0);
         return 0;
     }
 
@@ -479,6 +519,10 @@ public:
 
     // Whether the class reads its text only from the system (no WM_SETTEXT of its own).
     enum { TextIsTheSystems = 0 };
+    // Whether the class's WM_SIZE lays its children out by their templates (this class's OnSize
+    // does): then they are made at those places. A class that handles WM_SIZE otherwise says 0,
+    // and its children are made at their templates' rectangles as written.
+    enum { LaysOutChildrenOnSize = 1 };
 
     BEGIN_MSG_MAP(MirlWindowImpl)
         MESSAGE_HANDLER(WM_PAINT, OnPaint)

@@ -1,5 +1,8 @@
 #include "MirlWindowTestSupport.h"
 
+#include <utility>
+#include <vector>
+
 using mirltest::PlaceOf;
 using mirltest::TestFrame;
 
@@ -208,6 +211,114 @@ TEST_F(FrameTest, LayoutRunsOnEverySizeAlsoToZero)
     ExpectPlace(L"L3", -105, -50, 40, 10);
     ::SendMessageW(m_Frame.m_hWnd, WM_SIZE, SIZE_MINIMIZED, MAKELPARAM(400, 300));
     ExpectPlace(L"L2", 340, 250, 50, 30);
+}
+
+namespace {
+
+// While set: where each child window was created, and the moves each window was asked to make
+// (a WM_WINDOWPOSCHANGING that is not only the showing of a new window).
+std::vector<std::pair<HWND, RECT>> *g_CreatedAt = nullptr;
+std::vector<HWND> *g_Moved = nullptr;
+
+LRESULT CALLBACK RecordCreatedAt(int code, WPARAM wParam, LPARAM lParam)
+{
+    const CBT_CREATEWNDW *create = reinterpret_cast<const CBT_CREATEWNDW *>(lParam);
+    if (code == HCBT_CREATEWND && g_CreatedAt != nullptr && (create->lpcs->style & WS_CHILD) != 0) {
+        const CREATESTRUCTW *cs = create->lpcs;
+        g_CreatedAt->push_back({reinterpret_cast<HWND>(wParam), RECT{cs->x, cs->y, cs->cx, cs->cy}});
+    }
+    return ::CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+LRESULT CALLBACK RecordMoves(int code, WPARAM wParam, LPARAM lParam)
+{
+    const CWPSTRUCT *sent = reinterpret_cast<const CWPSTRUCT *>(lParam);
+    if (code == HC_ACTION && sent->message == WM_WINDOWPOSCHANGING && g_Moved != nullptr &&
+        (reinterpret_cast<const WINDOWPOS *>(sent->lParam)->flags & SWP_SHOWWINDOW) == 0) {
+        g_Moved->push_back(sent->hwnd);
+    }
+    return ::CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+// The moves sent while action runs.
+template <class Action>
+std::vector<HWND> MovesDuring(Action action)
+{
+    std::vector<HWND> moved;
+    g_Moved = &moved;
+    HHOOK hook = ::SetWindowsHookExW(WH_CALLWNDPROC, RecordMoves, nullptr, ::GetCurrentThreadId());
+    action();
+    ::UnhookWindowsHookEx(hook);
+    g_Moved = nullptr;
+    return moved;
+}
+
+bool SameRect(const RECT &a, const RECT &b)
+{
+    return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+}
+
+} // namespace
+
+TEST_F(FrameTest, ChildrenAreMadeWhereTheLayoutPutsThemAndTheFirstLayoutMovesNone)
+{
+    std::vector<std::pair<HWND, RECT>> createdAt;
+    g_CreatedAt = &createdAt;
+    HHOOK hook = ::SetWindowsHookExW(WH_CBT, RecordCreatedAt, nullptr, ::GetCurrentThreadId());
+    const std::vector<HWND> moved = MovesDuring([this] { Open(L"Layout"); });
+    ::UnhookWindowsHookEx(hook);
+    g_CreatedAt = nullptr;
+
+    ASSERT_EQ(4u, createdAt.size());
+    const RECT expected[4] = {{10, 20, 50, 30}, {240, 150, 50, 30}, {195, 150, 40, 10}, {195, 162, 40, 10}};
+    for (size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(m_Frame.GetChildByIndex(static_cast<unsigned int>(i))->m_hWnd, createdAt[i].first) << i;
+        EXPECT_TRUE(SameRect(expected[i], createdAt[i].second)) << i;
+        EXPECT_TRUE(SameRect(expected[i], PlaceOf(createdAt[i].first))) << i;
+    }
+    for (HWND hWnd : moved) {
+        EXPECT_EQ(m_Frame.m_hWnd, hWnd) << "a child was moved after its creation";
+    }
+}
+
+TEST_F(FrameTest, ALayoutMovesOnlyTheChildrenWhosePlaceChanges)
+{
+    Open(L"Layout");
+    MirlWindowBase *l1 = m_Frame.GetWindowItem(L"L1");
+    MirlWindowBase *l2 = m_Frame.GetWindowItem(L"L2");
+    ASSERT_NE(nullptr, l1);
+    ASSERT_NE(nullptr, l2);
+
+    EXPECT_TRUE(MovesDuring([this] { ::SendMessageW(m_Frame.m_hWnd, WM_SIZE, SIZE_RESTORED, MAKELPARAM(300, 200)); })
+                    .empty());
+    // L1 hangs from the top left corner; the other three follow the bottom right one.
+    const std::vector<HWND> moved =
+        MovesDuring([this] { ::SendMessageW(m_Frame.m_hWnd, WM_SIZE, SIZE_RESTORED, MAKELPARAM(400, 300)); });
+    const std::vector<HWND> expected = {l2->m_hWnd, m_Frame.GetWindowItem(L"L3")->m_hWnd,
+                                        m_Frame.GetWindowItem(L"L4")->m_hWnd};
+    EXPECT_EQ(expected, moved);
+    ExpectPlace(L"L2", 340, 250, 50, 30);
+}
+
+TEST_F(FrameTest, AChildMovedByTheApplicationIsPutBackByTheNextLayout)
+{
+    Open(L"Layout");
+    MirlWindowBase *l1 = m_Frame.GetWindowItem(L"L1");
+    ASSERT_NE(nullptr, l1);
+    ::MoveWindow(l1->m_hWnd, 1, 2, 3, 4, FALSE);
+    ::SendMessageW(m_Frame.m_hWnd, WM_SIZE, SIZE_RESTORED, MAKELPARAM(300, 200));
+    ExpectPlace(L"L1", 10, 20, 50, 30);
+}
+
+TEST_F(FrameTest, TheChildrenOfAButtonAreMadeAtTheirTemplatesRectangles)
+{
+    Open(L"Holding");
+    MirlWindowBase *holder = m_Frame.GetWindowItem(L"Holder");
+    ASSERT_NE(nullptr, holder);
+    MirlWindowBase *held = holder->GetWindowItem(L"Held");
+    ASSERT_NE(nullptr, held);
+    // The button keeps its children where they were made: its WM_SIZE does not place them.
+    EXPECT_TRUE(SameRect(RECT{5, 6, 20, 10}, PlaceOf(held->m_hWnd)));
 }
 
 TEST_F(FrameTest, WindowsOfOneFontShareOneGdiplusFontUntilTheLastLetsGo)
