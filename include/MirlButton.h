@@ -174,6 +174,9 @@ public:
     // Message handlers
     LRESULT OnMouseMessage(UINT uMsg, WPARAM wParam, LPARAM lParam, BOOL &bHandled);
     int OnCreate(LPCREATESTRUCTW create);
+    // Owner-draw from creation, so that WM_CREATE need not change the style; the kind asked for
+    // is kept for WM_CREATE to read.
+    DWORD CreationStyle(DWORD style);
     void OnDestroy();
     int OnSetWindowText(const wchar_t *text);
     void OnSize(UINT type, SIZE size);
@@ -295,6 +298,9 @@ protected:
     bool m_HoldsCommon;
     // The context that DrawItem's graphics draws on, while DrawItem runs; else null.
     HDC m_PaintDC;
+    // From Create to WM_CREATE: the button kind (BS_TYPEMASK bits) that the style asked for.
+    bool m_HasKindAsked;
+    DWORD m_KindAsked;
 
     static int m_CommonRef;
     static Gdiplus::Bitmap *m_CommonBmpArrow;

@@ -264,6 +264,7 @@ public:
         if (windowStyle == 0) {
             windowStyle = TWinTraits::GetWndStyle(0);
         }
+        windowStyle = static_cast<T *>(this)->CreationStyle(windowStyle);
         DWORD windowExStyle = exStyle != 0 ? exStyle : this->m_ExStyle;
         UINT_PTR id = reinterpret_cast<UINT_PTR>(menuOrID.m_hMenu);
         if (id != 0) {
@@ -516,6 +517,10 @@ public:
         return result;
     }
     WNDPROC GetWindowProc() override { return WindowProc; }
+
+    // The style the window is created with, given the one asked for: a class that would change
+    // its style in WM_CREATE can have it from the start.
+    DWORD CreationStyle(DWORD style) { return style; }
 
     // Whether the class reads its text only from the system (no WM_SETTEXT of its own).
     enum { TextIsTheSystems = 0 };

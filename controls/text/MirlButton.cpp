@@ -128,7 +128,7 @@ MirlButton::MirlButton()
       m_Disabled(0), m_DrawBorder(0), m_Flat(true), m_FlatFocus(0), m_AutoRepeat(0), m_Default(0), m_CheckMode(0),
       m_Checked(0), m_ArrowWidth(0), m_HighLight(false), m_OnMenu(false), m_Url(), m_BmpArrow(NULL), m_ImageRect(),
       m_ArrowX(0), m_TextLayout(true), m_OverLink(false), m_HasLink(false), m_UseTheme(0), m_Theme(NULL),
-      m_HoldsCommon(false), m_PaintDC(NULL)
+      m_HoldsCommon(false), m_PaintDC(NULL), m_HasKindAsked(false), m_KindAsked(0)
 {
     m_bMsgHandled = 0;
     // Shared system cursors are never freed: each is looked up once for all buttons.
@@ -154,6 +154,13 @@ HWND MirlButton::Create(MirlWindowBase *parent, HWND hWndParent, ATL::_U_RECT re
                         unsigned long style, unsigned long exStyle, ATL::_U_MENUorID menuOrID, void *createParam)
 {
     return Base::Create(parent, hWndParent, rect, name, style, exStyle, menuOrID, createParam);
+}
+
+DWORD MirlButton::CreationStyle(DWORD style)
+{
+    m_HasKindAsked = true;
+    m_KindAsked = style & BS_TYPEMASK;
+    return style | BS_OWNERDRAW;
 }
 
 BOOL MirlButton::SubclassWindow(HWND hWnd)
@@ -356,7 +363,9 @@ int MirlButton::OnCreate(LPCREATESTRUCTW)
         SetTooltipText(m_ToolTip.c_str(), true);
     }
 
-    const DWORD style = WindowStyle();
+    // The kind as asked for: a button made owner-draw at its creation no longer shows it.
+    const DWORD style = m_HasKindAsked ? (WindowStyle() & ~BS_TYPEMASK) | m_KindAsked : WindowStyle();
+    m_HasKindAsked = false;
     if (style & BS_CHECKBOX) {
         m_CheckMode = 1;
         m_TextLayout = MirlTextLayout(false);
@@ -367,7 +376,10 @@ int MirlButton::OnCreate(LPCREATESTRUCTW)
     m_TextLayout.SetStyle(m_Align);
     m_TextLayout.SetText(m_Text.c_str());
 
-    ::SetWindowLongW(m_hWnd, GWL_STYLE, static_cast<LONG>(WindowStyle() | BS_OWNERDRAW));
+    const DWORD present = WindowStyle();
+    if ((present | BS_OWNERDRAW) != present) {
+        ::SetWindowLongW(m_hWnd, GWL_STYLE, static_cast<LONG>(present | BS_OWNERDRAW));
+    }
     if (!m_CheckMode) {
         m_Default = (style & BS_DEFPUSHBUTTON) ? 1 : 0;
     }

@@ -192,6 +192,61 @@ TEST_F(ButtonMessages, ColourKeysComeFromTheImageElement)
     }
 }
 
+namespace {
+
+// While set: the styles the children of one parent are created with, and the windows told of a
+// change of style.
+struct CreationWatch {
+    HWND parent;
+    std::vector<DWORD> styles;
+    std::vector<HWND> restyled;
+};
+CreationWatch *g_Watch = nullptr;
+
+LRESULT CALLBACK WatchCreation(int code, WPARAM wParam, LPARAM lParam)
+{
+    const CREATESTRUCTW *cs = reinterpret_cast<const CBT_CREATEWNDW *>(lParam)->lpcs;
+    if (code == HCBT_CREATEWND && g_Watch != nullptr && cs->hwndParent == g_Watch->parent) {
+        g_Watch->styles.push_back(static_cast<DWORD>(cs->style));
+    }
+    return ::CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+LRESULT CALLBACK WatchRestyling(int code, WPARAM wParam, LPARAM lParam)
+{
+    const CWPSTRUCT *sent = reinterpret_cast<const CWPSTRUCT *>(lParam);
+    if (code == HC_ACTION && g_Watch != nullptr && sent->message == WM_STYLECHANGING &&
+        static_cast<int>(sent->wParam) == GWL_STYLE) {
+        g_Watch->restyled.push_back(sent->hwnd);
+    }
+    return ::CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+} // namespace
+
+TEST_F(ButtonMessages, AButtonIsOwnerDrawFromItsCreationAndKeepsTheKindItAskedFor)
+{
+    for (const wchar_t *name : {L"Default", L"CheckDefault"}) {
+        CreationWatch watch{m_Parent.hwnd(), {}, {}};
+        g_Watch = &watch;
+        HHOOK cbt = ::SetWindowsHookExW(WH_CBT, WatchCreation, nullptr, ::GetCurrentThreadId());
+        HHOOK sent = ::SetWindowsHookExW(WH_CALLWNDPROC, WatchRestyling, nullptr, ::GetCurrentThreadId());
+        ScopedButton button;
+        HWND hwnd = button.Create(nullptr, m_Parent.hwnd(), name);
+        ::UnhookWindowsHookEx(sent);
+        ::UnhookWindowsHookEx(cbt);
+        g_Watch = nullptr;
+
+        ASSERT_NE(nullptr, hwnd) << name;
+        ASSERT_EQ(1u, watch.styles.size()) << name;
+        EXPECT_EQ(static_cast<DWORD>(BS_OWNERDRAW), watch.styles[0] & BS_TYPEMASK) << name;
+        EXPECT_EQ(static_cast<DWORD>(WS_CHILD | WS_VISIBLE), watch.styles[0] & (WS_CHILD | WS_VISIBLE)) << name;
+        // Nothing changes the style of the new button in its WM_CREATE.
+        EXPECT_EQ(std::vector<HWND>{}, watch.restyled) << name;
+        EXPECT_EQ(static_cast<DWORD>(BS_OWNERDRAW), ::GetWindowLongW(hwnd, GWL_STYLE) & BS_TYPEMASK) << name;
+    }
+}
+
 TEST_F(ButtonMessages, DefaultComesFromTheRealStyleOutsideCheckMode)
 {
     ASSERT_NE(nullptr, Make(L"Default"));
